@@ -1,0 +1,3 @@
+#include "run/RunDriver.h"
+
+int main() { return tov::RunDriver(); }

@@ -1,0 +1,7 @@
+#include "run/RunDriver.h"
+
+namespace tov {
+
+int RunDriver() { return 0; }
+
+}  // namespace tov
