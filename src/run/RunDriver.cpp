@@ -1,7 +1,88 @@
 #include "run/RunDriver.h"
 
+#include "run/CpuClock.h"
+#include "run/Log.h"
+#include "run/Messages.h"
+#include "run/RunData.h"
+#include "text/Fatal.h"
+#include "text/Format.h"
+#include "text/FreeFormatRead.h"
+#include "text/TextInput.h"
+
 namespace tov {
 
-int RunDriver() { return 0; }
+namespace {
+
+constexpr const char* ProgramName = "TOV.exe";
+constexpr const char* RunControlFileName = "TOV.mio";
+
+// Reads one file name of TOV.mio; false when the read fails.
+bool ReadFileName(TextInput& runControl, std::string& name) {
+  FreeFormatRead read(runControl);
+  return read.Text(name, FileNameLength) && read.Finish();
+}
+
+// Reports a fault of the run control stage and ends the run.
+int Stop(RunData& run, int code, std::string_view name) {
+  run.StatusCode = code;
+  ReportRun(run.StatusCode, name);
+  LogFile().Close();
+  return 0;
+}
+
+}  // namespace
+
+std::string OutputBaseOf(std::string_view inputFileName) {
+  const std::string_view name = TrimTrailing(inputFileName);
+  return std::string(name.size() <= 4 ? std::string_view() : name.substr(0, name.size() - 4));
+}
+
+int RunDriver() {
+  RunData run;
+  if (!LogFile().Create(LogFileName)) FatalRuntimeFailure(std::string("cannot create ") + LogFileName);
+  const float cpuStart = ProcessCpuSeconds();
+  run.StatusCode = 1001;
+  ReportRun(run.StatusCode, ProgramName);
+
+  if (!FileExists(RunControlFileName)) return Stop(run, 1002, RunControlFileName);
+  TextInput runControl;
+  if (!runControl.Open(RunControlFileName)) FatalRuntimeFailure(std::string("cannot open ") + RunControlFileName);
+  SkipComments(runControl);
+  std::string inputFileName(FileNameLength, ' ');
+  if (!ReadFileName(runControl, inputFileName) || TrimTrailing(inputFileName).empty())
+    return Stop(run, 1005, "");
+  run.OutputBase = OutputBaseOf(inputFileName);
+  std::string parFileName(FileNameLength, ' ');
+  if (!ReadFileName(runControl, parFileName)) return Stop(run, 1006, "");
+  runControl.Close();
+  run.StatusCode = 1007;
+  ReportRun(run.StatusCode, RunControlFileName);
+
+  const std::string inputName(TrimTrailing(inputFileName));
+  const std::string parName(TrimTrailing(parFileName));
+  if (!FileExists(inputName)) return Stop(run, 1008, inputName);
+  if (!FileExists(parName)) return Stop(run, 1009, parName);
+
+  run.StatusCode = 1016;
+  ReportRun(run.StatusCode, "");
+  if (run.Indicator != 1) {
+    run.StatusCode = 1019;
+    ReportRun(run.StatusCode, "");
+  } else {
+    run.StatusCode = 1017;
+    ReportRun(run.StatusCode, "");
+    run.StatusCode = 1018;
+    ReportRun(run.StatusCode, "");
+  }
+  ReleaseRunData(run);
+
+  const float cpuEnd = ProcessCpuSeconds();
+  run.StatusCode = 1014;
+  ReportRun(run.StatusCode, ProgramName);
+  run.StatusCode = 1015;
+  ReportRun(run.StatusCode, "", cpuStart, cpuEnd);
+  LogFile().Close();
+  return 0;
+}
 
 }  // namespace tov

@@ -1,0 +1,84 @@
+#include "text/Format.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace tov {
+
+namespace {
+
+std::string Fit(std::string text, int width) {
+  const auto w = static_cast<std::size_t>(width < 0 ? 0 : width);
+  if (text.size() > w) return std::string(w, '*');
+  return std::string(w - text.size(), ' ') + text;
+}
+
+// The word for a value that is not finite, in the longest form that fits.
+std::string NotFinite(float value, int width) {
+  if (std::isnan(value)) return Fit("NaN", width);
+  const bool negative = value < 0.0f;
+  const std::string longForm = negative ? "-Infinity" : "Infinity";
+  if (static_cast<int>(longForm.size()) <= width) return Fit(longForm, width);
+  return Fit(negative ? "-Inf" : "Inf", width);
+}
+
+// "0.5" and "-0.5" may lose their leading zero where the field needs it.
+std::string DropLeadingZero(std::string text, int width) {
+  if (static_cast<int>(text.size()) <= width) return text;
+  const std::size_t zero = text[0] == '-' ? 1 : 0;
+  if (text.compare(zero, 2, "0.") == 0) text.erase(zero, 1);
+  return text;
+}
+
+}  // namespace
+
+std::string FormatInteger(std::int64_t value, int width) { return Fit(std::to_string(value), width); }
+
+std::string FormatFixed(float value, int width, int decimals) {
+  if (!std::isfinite(value)) return NotFinite(value, width);
+  char buffer[64];
+  std::snprintf(buffer, sizeof buffer, "%#.*f", decimals, static_cast<double>(value));
+  return Fit(DropLeadingZero(buffer, width), width);
+}
+
+std::string FormatScientific(float value, int width, int decimals, int exponentDigits) {
+  if (!std::isfinite(value)) return NotFinite(value, width);
+  std::string mantissa;
+  int exponent = 0;
+  if (value != 0.0f) {
+    // d significant digits as d.ddd e x, then shifted to 0.dddd e x+1.
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.*e", decimals - 1, static_cast<double>(std::fabs(value)));
+    const std::string text(buffer);
+    const std::size_t e = text.find('e');
+    mantissa = text.substr(0, 1) + (e > 2 ? text.substr(2, e - 2) : std::string());
+    exponent = std::atoi(text.c_str() + e + 1) + 1;
+  } else {
+    mantissa.assign(static_cast<std::size_t>(decimals), '0');
+  }
+  std::string digits = std::to_string(std::abs(exponent));
+  if (static_cast<int>(digits.size()) > exponentDigits) return std::string(static_cast<std::size_t>(width), '*');
+  digits.insert(0, static_cast<std::size_t>(exponentDigits) - digits.size(), '0');
+  std::string text = std::string(std::signbit(value) ? "-" : "") + "0." + mantissa + "E" + (exponent < 0 ? "-" : "+") + digits;
+  return Fit(DropLeadingZero(text, width), width);
+}
+
+std::string FormatText(std::string_view text, int width) {
+  const std::string_view trimmed = TrimTrailing(text);
+  const auto w = static_cast<std::size_t>(width < 0 ? 0 : width);
+  if (trimmed.size() >= w) return std::string(trimmed.substr(0, w));
+  return std::string(w - trimmed.size(), ' ') + std::string(trimmed);
+}
+
+std::string_view TrimTrailing(std::string_view text) {
+  const std::size_t last = text.find_last_not_of(' ');
+  return last == std::string_view::npos ? std::string_view() : text.substr(0, last + 1);
+}
+
+std::string_view TrimBoth(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  return first == std::string_view::npos ? std::string_view() : TrimTrailing(text.substr(first));
+}
+
+}  // namespace tov

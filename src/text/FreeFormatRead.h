@@ -1,0 +1,63 @@
+#pragma once
+// One free-format read statement over a TextInput.  Items are taken in
+// order by Integer, Real and Text; values are separated by blanks or
+// commas, may cross line ends, may be quoted ('...' or "..." with a
+// doubled quote inside), may be repeated (n*value) or null (n*, or an
+// empty place between commas), and a slash ends the read leaving the
+// remaining items as they were.  Finish drops what remains on the last line
+// touched, so the next read starts on a new line.
+//
+//   FreeFormatRead read(input);
+//   bool ok = read.Integer(count) && read.Real(limit) && read.Finish();
+//
+// A failed item (end of file, a value that does not convert) fails the
+// whole read; later items then fail too and leave their targets alone.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "text/TextInput.h"
+
+namespace tov {
+
+class FreeFormatRead {
+ public:
+  explicit FreeFormatRead(TextInput& input) : input_(input) {}
+
+  bool Integer(std::int32_t& item);
+  bool Real(float& item);
+  // The text is cut to length characters, or filled with blanks up to it.
+  bool Text(std::string& item, std::size_t length);
+  // Ends the read; true when every item was read or passed over.
+  bool Finish() { return !failed_; }
+
+ private:
+  enum class Outcome { Value, Null, Fail };
+  struct Value {
+    std::string Text;
+    bool Quoted = false;
+  };
+
+  Outcome NextValue(Value& value);
+  bool SkipBlanks();
+  bool ReadQuoted(Value& value);
+  std::string ReadUnquoted();
+
+  TextInput& input_;
+  std::string_view line_;
+  std::size_t pos_ = 0;
+  bool haveLine_ = false;
+  bool afterValue_ = false;  // a value was read and its separator not yet seen
+  bool ended_ = false;       // a slash ended the read
+  bool failed_ = false;
+  std::int64_t repeatLeft_ = 0;
+  bool repeatNull_ = false;
+  Value repeatValue_;
+};
+
+// Value conversions of the reader, also used on single tokens.
+bool ParseInteger(std::string_view token, std::int32_t& value);
+bool ParseReal(std::string_view token, float& value);
+
+}  // namespace tov
