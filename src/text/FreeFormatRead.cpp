@@ -123,7 +123,14 @@ std::string FreeFormatRead::ReadUnquoted() {
   return std::string(line_.substr(start, pos_ - start));
 }
 
+bool FreeFormatRead::Finish() {
+  std::string_view line;
+  if (!itemRequested_ && !failed_ && !input_.NextLine(line)) failed_ = true;
+  return !failed_;
+}
+
 FreeFormatRead::Outcome FreeFormatRead::NextValue(Value& value) {
+  itemRequested_ = true;
   if (failed_) return Outcome::Fail;
   if (repeatLeft_ > 0) {
     --repeatLeft_;

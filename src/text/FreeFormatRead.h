@@ -29,8 +29,9 @@ class FreeFormatRead {
   bool Real(float& item);
   // The text is cut to length characters, or filled with blanks up to it.
   bool Text(std::string& item, std::size_t length);
-  // Ends the read; true when every item was read or passed over.
-  bool Finish() { return !failed_; }
+  // Ends the read; true when every item was read or passed over.  A read
+  // of no items still takes one line, and fails at the end of the file.
+  bool Finish();
 
  private:
   enum class Outcome { Value, Null, Fail };
@@ -51,6 +52,7 @@ class FreeFormatRead {
   bool afterValue_ = false;  // a value was read and its separator not yet seen
   bool ended_ = false;       // a slash ended the read
   bool failed_ = false;
+  bool itemRequested_ = false;
   std::int64_t repeatLeft_ = 0;
   bool repeatNull_ = false;
   Value repeatValue_;

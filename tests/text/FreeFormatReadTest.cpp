@@ -135,6 +135,18 @@ TEST_F(Reader, ReadingPastTheEndOfTheFileFailsAndLaterItemsStayAsTheyWere) {
   EXPECT_EQ(d, 8);
 }
 
+TEST_F(Reader, AReadOfNoItemsTakesOneLineAndFailsAtTheEnd) {
+  Load("skipped 1\n2\n");
+  std::int32_t a = 0;
+  FreeFormatRead empty(input);
+  EXPECT_TRUE(empty.Finish());
+  FreeFormatRead next(input);
+  ASSERT_TRUE(next.Integer(a) && next.Finish());
+  EXPECT_EQ(a, 2);
+  FreeFormatRead atEnd(input);
+  EXPECT_FALSE(atEnd.Finish());
+}
+
 TEST(ParseInteger, AcceptsOnlyWholeNumbersThatFit) {
   std::int32_t v = 0;
   EXPECT_TRUE(ParseInteger("+7", v));
