@@ -1,5 +1,7 @@
 #include "run/RunDriver.h"
 
+#include "markers/MarkerReports.h"
+#include "markers/PreprocessMarkers.h"
 #include "run/CpuClock.h"
 #include "run/Log.h"
 #include "run/Messages.h"
@@ -65,6 +67,10 @@ int RunDriver() {
 
   run.StatusCode = 1016;
   ReportRun(run.StatusCode, "");
+  run.KeptMarker = PreprocessMarkers(run.MarkerName, run.MarkerType, run.ConditionNumber);
+  run.NumMarkersKept = static_cast<std::int32_t>(run.KeptMarker.Size());
+  WriteCorrelationReport(run.Units[UnitCoe], run.MarkerName, run.MarkerType, run.KeptMarker);
+  WriteMarkerTable(run.Units[UnitMtp], run.MarkerName, run.MarkerType, run.KeptMarker);
   if (run.Indicator != 1) {
     run.StatusCode = 1019;
     ReportRun(run.StatusCode, "");
