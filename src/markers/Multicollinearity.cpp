@@ -5,7 +5,7 @@
 #include "markers/Binning.h"
 #include "numerics/Basic.h"
 #include "numerics/ErrorPolicy.h"
-#include "numerics/Summaries.h"
+#include "numerics/PrincipalComponents.h"
 #include "run/Log.h"
 #include "text/Format.h"
 
@@ -39,7 +39,7 @@ void ComputeConditionIndex(int populationSize, const Array<float, 2>& correlatio
   ClearLastError();
   const int numVars = static_cast<int>(correlation.Extent(1));
   Array<float, 1> eigenvalues(numVars);
-  PRINC(populationSize, numVars, correlation, true, eigenvalues);
+  PRINC(populationSize, numVars, correlation.Data(), true, eigenvalues.Data());
   if (N1RTY(1) >= 1) return;
   const float largest = eigenvalues(1);
   const float smallest = eigenvalues(numVars);
