@@ -58,17 +58,23 @@ void ExpectMatches(const Sample& s) {
   EXPECT_NEAR(p, s.P, 1.0e-6 + 2.0e-4 * s.P) << s.Name;
 }
 
-// n = 4..6 have one sample on each side of y = 1.4: "skew" falls in the
-// low group, "near" (close to normal) in the high group.
+// n = 4..6 have samples on both sides of y = 1.4: "skew" falls in the low
+// group, "near" (close to normal) in the high group, "edge" just below 1.4.
 TEST(SPWLK, SmallSamplesFromTablesMatchReference) {
   const Sample samples[] = {
       {"n3", {4.0f, 1.0f, 2.0f}, 0.9642857110495104, 0.636886831627809},
       {"n4 skew", {1.0f, 2.0f, 2.5f, 6.0f}, 0.8725384007048457, 0.30367577163783965},
       {"n4 near", {-1.0f, -0.25f, 0.5f, 1.0f}, 0.9791347472108843, 0.8687054426784568},
+      {"n4 edge", {0.0f, 0.25f, 0.75f, 1.75f}, 0.9203376420869566, 0.5251272535999488},
+      {"n4 above", {0.0f, 0.25f, 0.75f, 1.0f}, 0.9506122239999999, 0.6899462584068091},
       {"n5 skew", {0.5f, 1.0f, 1.25f, 2.0f, 7.0f}, 0.7379277681737588, 0.024851048614593148},
       {"n5 near", {-1.25f, -0.5f, 0.0f, 0.5f, 1.0f}, 0.9889794756147542, 0.9657630968585379},
+      {"n5 edge", {0.0f, 0.25f, 0.5f, 0.75f, 1.75f}, 0.9031269208904108, 0.4239265929588414},
+      {"n5 above", {0.0f, 0.25f, 0.5f, 0.75f, 1.5f}, 0.9427483188679244, 0.6932901248128711},
       {"n6 skew", {3.0f, 3.5f, 3.25f, 4.0f, 9.0f, 5.0f}, 0.7578685078773009, 0.02400530652598627},
       {"n6 near", {-1.25f, -0.5f, -0.25f, 0.25f, 0.75f, 1.25f}, 0.9893688586118253, 0.9847422426730489},
+      {"n6 edge", {0.0f, 0.25f, 0.5f, 0.75f, 1.0f, 2.25f}, 0.8876218198032788, 0.3024118152375131},
+      {"n6 above", {0.0f, 0.25f, 0.5f, 0.75f, 1.0f, 2.0f}, 0.9223672702500001, 0.5180333729779897},
   };
   for (const Sample& s : samples) ExpectMatches(s);
 }
