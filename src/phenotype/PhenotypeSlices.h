@@ -1,0 +1,15 @@
+#pragma once
+// Dense copies of the slices of Phenotype [lines, traits, environments,
+// replications] that the line-value rule works on.
+
+#include "numerics/Array.h"
+
+namespace tov {
+
+// [lines, replications] of trait t in environment e.
+Array<float, 2> TraitEnvSlice(const Array<float, 4>& phenotype, int t, int e);
+
+// [lines, environments, replications] of trait t.
+Array<float, 3> TraitSlice(const Array<float, 4>& phenotype, int t);
+
+}  // namespace tov
