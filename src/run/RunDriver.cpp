@@ -1,8 +1,13 @@
 #include "run/RunDriver.h"
 
+#include <new>
+
+#include "input/Parameters.h"
+#include "input/ProjectInput.h"
 #include "run/CpuClock.h"
 #include "run/Log.h"
 #include "run/Messages.h"
+#include "run/OutputFiles.h"
 #include "run/RunData.h"
 #include "text/Fatal.h"
 #include "text/Format.h"
@@ -30,6 +35,17 @@ int Stop(RunData& run, int code, std::string_view name) {
   return 0;
 }
 
+// A reader's fault: the reader has written its own message, the driver
+// names the file, and the run data filled so far are released.
+int StopAfterReader(RunData& run, int code, std::string_view name) {
+  Stop(run, code, name);
+  ReleaseRunData(run);
+  return 0;
+}
+
+// Memory that cannot be had is a fatal failure of the run, not a crash.
+void OutOfMemory() { FatalRuntimeFailure("insufficient memory"); }
+
 }  // namespace
 
 std::string OutputBaseOf(std::string_view inputFileName) {
@@ -38,6 +54,7 @@ std::string OutputBaseOf(std::string_view inputFileName) {
 }
 
 int RunDriver() {
+  std::set_new_handler(OutOfMemory);
   RunData run;
   if (!LogFile().Create(LogFileName)) FatalRuntimeFailure(std::string("cannot create ") + LogFileName);
   const float cpuStart = ProcessCpuSeconds();
@@ -63,6 +80,16 @@ int RunDriver() {
   if (!FileExists(inputName)) return Stop(run, 1008, inputName);
   if (!FileExists(parName)) return Stop(run, 1009, parName);
 
+  ReadProjectInput(run, inputFileName);
+  if (run.StatusCode != 0) return StopAfterReader(run, 1010, inputName);
+  run.StatusCode = 1011;
+  ReportRun(run.StatusCode, inputName);
+  ReadParameters(run, parFileName);
+  if (run.StatusCode != 0) return StopAfterReader(run, 1012, parName);
+  run.StatusCode = 1013;
+  ReportRun(run.StatusCode, parName);
+  OpenOutputFiles(run);
+
   run.StatusCode = 1016;
   ReportRun(run.StatusCode, "");
   if (run.Indicator != 1) {
@@ -74,6 +101,7 @@ int RunDriver() {
     run.StatusCode = 1018;
     ReportRun(run.StatusCode, "");
   }
+  CloseOutputFiles(run);
   ReleaseRunData(run);
 
   const float cpuEnd = ProcessCpuSeconds();
