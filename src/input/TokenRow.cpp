@@ -1,5 +1,7 @@
 #include "input/TokenRow.h"
 
+#include <algorithm>
+
 namespace tov {
 
 void TokenRow::GrowTo(std::int64_t k) {
@@ -21,8 +23,8 @@ std::string_view TokenRow::Token(std::int64_t k) const {
 void TokenRow::Set(std::int64_t k, std::string_view text) {
   GrowTo(k);
   const std::string_view cut = text.substr(0, width_);
-  tokens_.replace(Offset(k), width_, cut);
-  tokens_.replace(Offset(k) + cut.size(), width_ - cut.size(), width_ - cut.size(), ' ');
+  const auto start = tokens_.begin() + static_cast<std::ptrdiff_t>(Offset(k));
+  std::fill(std::copy(cut.begin(), cut.end(), start), start + static_cast<std::ptrdiff_t>(width_), ' ');
 }
 
 }  // namespace tov
