@@ -5,6 +5,8 @@
 #include <cmath>
 #include <vector>
 
+#include "phenotype/PhenotypeSlices.h"
+
 namespace tov {
 namespace {
 
@@ -21,10 +23,6 @@ Array<float, 2> Matrix(const std::vector<std::vector<float>>& rows) {
   return m;
 }
 
-ArrayView<const float, 2> View(const Array<float, 2>& m) {
-  return ArrayView<const float, 2>(m.Data(), m.Extent(1), m.Extent(2));
-}
-
 // The examples below are worked by hand from the rule: a gap takes the
 // mean of the line's valid cells, an all-missing line goes.
 TEST(LineValues, FillsGapsWithTheLinesOwnMeanAndDropsEmptyLines) {
@@ -34,7 +32,7 @@ TEST(LineValues, FillsGapsWithTheLinesOwnMeanAndDropsEmptyLines) {
                                          {2.0f, 5.0f, 3.0f}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
-  ASSERT_EQ(LineValues(4, 3, View(values), kept, filled), 3);
+  ASSERT_EQ(LineValues(4, 3, ConstView(values), kept, filled), 3);
   ASSERT_EQ(kept.Size(), 3u);
   EXPECT_EQ(kept(1), 1);
   EXPECT_EQ(kept(2), 3) << "kept lines keep their input numbers";
@@ -55,7 +53,7 @@ TEST(LineValues, TwoReplicationsOneMissingRepeatsTheValidOne) {
   const Array<float, 2> values = Matrix({{Missing, 3.25f}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
-  ASSERT_EQ(LineValues(1, 2, View(values), kept, filled), 1);
+  ASSERT_EQ(LineValues(1, 2, ConstView(values), kept, filled), 1);
   EXPECT_EQ(filled(1, 1), 3.25f);
   EXPECT_EQ(filled(1, 2), 3.25f);
 }
@@ -66,7 +64,7 @@ TEST(LineValues, NotANumberIsMissingAndSpoilsTheLinesFilledCells) {
   const Array<float, 2> values = Matrix({{2.0f, NaN, 3.0f, Missing}, {NaN, NaN, NaN, Missing}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
-  ASSERT_EQ(LineValues(2, 4, View(values), kept, filled), 1) << "a line of NaN and codes only is empty";
+  ASSERT_EQ(LineValues(2, 4, ConstView(values), kept, filled), 1) << "a line of NaN and codes only is empty";
   EXPECT_EQ(filled(1, 1), 2.0f);
   EXPECT_TRUE(std::isnan(filled(1, 2)));
   EXPECT_EQ(filled(1, 3), 3.0f);
@@ -79,7 +77,7 @@ TEST(LineValues, OnlyTheExactCodeIsMissing) {
   const Array<float, 2> values = Matrix({{-9999.00001f, 1.0f}, {-9999.001f, 1.0f}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
-  ASSERT_EQ(LineValues(2, 2, View(values), kept, filled), 2);
+  ASSERT_EQ(LineValues(2, 2, ConstView(values), kept, filled), 2);
   EXPECT_EQ(filled(1, 1), 1.0f);
   EXPECT_EQ(filled(2, 1), -9999.001f);
 }
@@ -90,7 +88,7 @@ TEST(LineValues, SumsTheValidCellsInReplicationOrder) {
   const Array<float, 2> values = Matrix({{1.0f, 1e8f, -1e8f, Missing}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
-  ASSERT_EQ(LineValues(1, 4, View(values), kept, filled), 1);
+  ASSERT_EQ(LineValues(1, 4, ConstView(values), kept, filled), 1);
   EXPECT_EQ(filled(1, 4), 0.0f);
 }
 
@@ -98,13 +96,13 @@ TEST(LineValues, NoLinesOrNoValidLineGiveEmptyResults) {
   Array<std::int32_t, 1> kept(5);
   Array<float, 2> filled;
   const Array<float, 2> none(0, 2);
-  EXPECT_EQ(LineValues(0, 2, View(none), kept, filled), 0);
+  EXPECT_EQ(LineValues(0, 2, ConstView(none), kept, filled), 0);
   EXPECT_TRUE(kept.IsAllocated());
   EXPECT_EQ(kept.Size(), 0u) << "an old list is replaced";
   EXPECT_EQ(filled.Size(), 0u);
 
   const Array<float, 2> allMissing = Matrix({{Missing, Missing}, {Missing, NaN}});
-  EXPECT_EQ(LineValues(2, 2, View(allMissing), kept, filled), 0);
+  EXPECT_EQ(LineValues(2, 2, ConstView(allMissing), kept, filled), 0);
   EXPECT_EQ(kept.Size(), 0u);
   EXPECT_EQ(filled.Size(), 0u);
 }
@@ -115,10 +113,6 @@ Array<float, 3> Cube(int lines, int envs, int reps, const std::vector<float>& va
   std::size_t i = 0;
   for (float& v : cube) v = valuesLinesFastest[i++];
   return cube;
-}
-
-ArrayView<const float, 3> View(const Array<float, 3>& m) {
-  return ArrayView<const float, 3>(m.Data(), m.Extent(1), m.Extent(2), m.Extent(3));
 }
 
 TEST(LineValuesAcrossEnvs, KeepsALineWithDataInOneEnvironmentOnly) {
@@ -133,7 +127,7 @@ TEST(LineValuesAcrossEnvs, KeepsALineWithDataInOneEnvironmentOnly) {
                                        6.0f, Missing, Missing}); // e2 r2
   Array<std::int32_t, 1> kept;
   Array<float, 3> filled;
-  ASSERT_EQ(LineValuesAcrossEnvs(3, 2, 2, View(values), kept, filled), 2);
+  ASSERT_EQ(LineValuesAcrossEnvs(3, 2, 2, ConstView(values), kept, filled), 2);
   EXPECT_EQ(kept(1), 1);
   EXPECT_EQ(kept(2), 2);
   ASSERT_EQ(filled.Extent(1), 2);
@@ -152,7 +146,7 @@ TEST(LineValuesAcrossEnvs, KeepsALineWithDataInOneEnvironmentOnly) {
   for (int l = 1; l <= 3; ++l)
     for (int r = 1; r <= 2; ++r) env1(l, r) = values(l, 1, r);
   Array<float, 2> filledEnv1;
-  ASSERT_EQ(LineValues(3, 2, View(env1), kept, filledEnv1), 1);
+  ASSERT_EQ(LineValues(3, 2, ConstView(env1), kept, filledEnv1), 1);
   EXPECT_EQ(kept(1), 2);
 }
 
@@ -163,7 +157,7 @@ TEST(LineValuesAcrossEnvs, SumsReplicationsOuterEnvironmentsInner) {
   const Array<float, 3> values = Cube(1, 2, 2, {1e8f, 1.0f, -1e8f, Missing});
   Array<std::int32_t, 1> kept;
   Array<float, 3> filled;
-  ASSERT_EQ(LineValuesAcrossEnvs(1, 2, 2, View(values), kept, filled), 1);
+  ASSERT_EQ(LineValuesAcrossEnvs(1, 2, 2, ConstView(values), kept, filled), 1);
   EXPECT_EQ(filled(1, 2, 2), 0.0f);
 }
 
