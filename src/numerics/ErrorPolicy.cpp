@@ -50,12 +50,12 @@ bool IsValidAction(int action) { return action >= -1 && action <= 2; }
 void ERSET(int severity, int printAction, int stopAction) {
   if (severity < 0 || severity > kNumSeverities) {
     RaiseError(SeverityTerminal, "ERSET",
-               FillMessage("IERSVR = %(I1).  IERSVR must be between 0 and 7.", {severity}));
+               FillMessage("The severity is %(I1); it must be between 0 and 7.", {severity}));
     return;
   }
   if (!IsValidAction(printAction) || !IsValidAction(stopAction)) {
     RaiseError(SeverityTerminal, "ERSET",
-               FillMessage("IPACT = %(I1) and ISACT = %(I2).  Each must be -1, 0, 1 or 2.",
+               FillMessage("The print action is %(I1) and the stop action %(I2); each must be -1, 0, 1 or 2.",
                            {printAction, stopAction}));
     return;
   }

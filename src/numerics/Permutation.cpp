@@ -7,8 +7,11 @@
 namespace tov {
 
 // Shuffle from the top: position i swaps with a uniform position j in
-// 1..i.  j is formed in float arithmetic, product and sum each rounded, as
-// the stream's users expect; one draw per position from K down to 2.
+// 1..i.  j is formed in float arithmetic, product and sum each rounded, and
+// is not clamped: for the largest uniform, 1 - 2^-24, and i a power of two
+// the sum rounds up to i + 1, and that swap with the next position stands.
+// Only at i = K, where i + 1 lies past the array, no swap can be made and
+// the position keeps its value.  One draw per position from K down to 2.
 void RNPER(int k, int* iper) {
   if (k < 1) {
     RaiseError(SeverityTerminal, "RNPER", FillMessage("K = %(I1).  K must be greater than or equal to 1.", {k}));
@@ -19,7 +22,7 @@ void RNPER(int k, int* iper) {
     const float u = UniformDraw();
     const float scaled = u * static_cast<float>(i);
     const int j = static_cast<int>(scaled + 1.0f);
-    std::swap(iper[i - 1], iper[j - 1]);
+    if (j <= k) std::swap(iper[i - 1], iper[j - 1]);
   }
 }
 

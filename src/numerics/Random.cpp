@@ -39,9 +39,8 @@ float ComputeScale() {
 std::int32_t SeedFromTimeOfDay() {
   const std::time_t now = std::time(nullptr);
   const std::tm* local = std::localtime(&now);
-  const std::int32_t seed =
-      local == nullptr ? 0 : local->tm_hour * 10000 + local->tm_min * 100 + local->tm_sec + 1;
-  return seed <= 1 ? kFallbackSeed : seed;
+  if (local == nullptr) return kFallbackSeed;
+  return SeedFromClock(local->tm_hour, local->tm_min, local->tm_sec);
 }
 
 void Start(GeneratorState& state, std::int32_t seed) {
@@ -52,6 +51,11 @@ void Start(GeneratorState& state, std::int32_t seed) {
 }
 
 }  // namespace
+
+std::int32_t SeedFromClock(int hour, int minute, int second) {
+  const std::int32_t seed = hour * 10000 + minute * 100 + second + 1;
+  return seed <= 1 ? kFallbackSeed : seed;
+}
 
 float UniformDraw() {
   GeneratorState& state = Generator();
