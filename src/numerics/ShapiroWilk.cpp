@@ -143,10 +143,14 @@ bool SPWLK(int nobs, const float* x, float& w, float& p, int& numMissing) {
   float sum = 0.0f;
   for (float value : sorted) sum += value;
   const float mean = sum / static_cast<float>(n);
+  // Tied values have no spread at all, though the float mean of many
+  // copies of one value need not reproduce it exactly.
   double ss = 0.0;
-  for (float value : sorted) {
-    const float deviation = value - mean;
-    ss += deviation * deviation;
+  if (order(1) != order(n)) {
+    for (float value : sorted) {
+      const float deviation = value - mean;
+      ss += deviation * deviation;
+    }
   }
 
   // The pairs 2 .. n/2 first: for n >= 7 the weight of the extreme pair
