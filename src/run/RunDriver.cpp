@@ -4,6 +4,8 @@
 
 #include "input/Parameters.h"
 #include "input/ProjectInput.h"
+#include "markers/MarkerReports.h"
+#include "markers/PreprocessMarkers.h"
 #include "phenotype/PhenotypeAnalysis.h"
 #include "phenotype/TraitStatistics.h"
 #include "run/CpuClock.h"
@@ -94,6 +96,10 @@ int RunDriver() {
 
   run.StatusCode = 1016;
   ReportRun(run.StatusCode, "");
+  run.KeptMarker = PreprocessMarkers(run.MarkerName, run.MarkerType, run.ConditionNumber);
+  run.NumMarkersKept = static_cast<std::int32_t>(run.KeptMarker.Size());
+  WriteCorrelationReport(run.Units[UnitCoe], run.MarkerName, run.MarkerType, run.KeptMarker);
+  WriteMarkerTable(run.Units[UnitMtp], run.MarkerName, run.MarkerType, run.KeptMarker);
   if (run.Indicator != 1) {
     run.StatusCode = 1019;
     ReportRun(run.StatusCode, "");
