@@ -20,7 +20,7 @@ std::string Heading(const std::array<const char*, N>& titles) {
 
 // DF is a whole number held as a real; it is written rounded to nearest,
 // halves away from zero.
-std::int64_t WholeDF(float df) { return std::isfinite(df) ? std::llround(df) : 0; }
+std::int64_t WholeDF(float df) { return std::llround(df); }
 
 }  // namespace
 
