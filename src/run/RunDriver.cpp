@@ -6,6 +6,8 @@
 #include "input/ProjectInput.h"
 #include "markers/MarkerReports.h"
 #include "markers/PreprocessMarkers.h"
+#include "phenotype/PhenotypeAnalysis.h"
+#include "phenotype/TraitStatistics.h"
 #include "run/CpuClock.h"
 #include "run/Log.h"
 #include "run/Messages.h"
@@ -102,6 +104,9 @@ int RunDriver() {
     run.StatusCode = 1019;
     ReportRun(run.StatusCode, "");
   } else {
+    TraitStatistics(run, run.Units[UnitSta]);
+    PhenotypeAnalysis(run.Units[UnitSta], run.PopulationSize, run.NumTraits, run.NumEnvs, run.NumReps, run.Phenotype,
+                      run.PhenotypicVariance);
     run.StatusCode = 1017;
     ReportRun(run.StatusCode, "");
     run.StatusCode = 1018;
