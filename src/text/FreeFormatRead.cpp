@@ -196,7 +196,8 @@ FreeFormatRead::Outcome FreeFormatRead::NextValue(Value& value) {
   return NextValue(value);
 }
 
-bool FreeFormatRead::Integer(std::int32_t& item) {
+template <class Store>
+bool FreeFormatRead::Item(Store store) {
   Value value;
   switch (NextValue(value)) {
     case Outcome::Null:
@@ -206,37 +207,24 @@ bool FreeFormatRead::Integer(std::int32_t& item) {
     case Outcome::Value:
       break;
   }
-  if (value.Quoted || !ParseInteger(value.Text, item)) failed_ = true;
+  if (!store(value)) failed_ = true;
   return !failed_;
+}
+
+bool FreeFormatRead::Integer(std::int32_t& item) {
+  return Item([&](const Value& value) { return !value.Quoted && ParseInteger(value.Text, item); });
 }
 
 bool FreeFormatRead::Real(float& item) {
-  Value value;
-  switch (NextValue(value)) {
-    case Outcome::Null:
-      return true;
-    case Outcome::Fail:
-      return false;
-    case Outcome::Value:
-      break;
-  }
-  if (value.Quoted || !ParseReal(value.Text, item)) failed_ = true;
-  return !failed_;
+  return Item([&](const Value& value) { return !value.Quoted && ParseReal(value.Text, item); });
 }
 
 bool FreeFormatRead::Text(std::string& item, std::size_t length) {
-  Value value;
-  switch (NextValue(value)) {
-    case Outcome::Null:
-      return true;
-    case Outcome::Fail:
-      return false;
-    case Outcome::Value:
-      break;
-  }
-  item = value.Text.substr(0, length);
-  item.resize(length, ' ');
-  return true;
+  return Item([&](const Value& value) {
+    item = value.Text.substr(0, length);
+    item.resize(length, ' ');
+    return true;
+  });
 }
 
 }  // namespace tov

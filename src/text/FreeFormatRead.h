@@ -41,6 +41,10 @@ class FreeFormatRead {
   };
 
   Outcome NextValue(Value& value);
+  // Takes the next value into an item by store, which tells whether the
+  // value fits the item; a null value leaves the item as it is.
+  template <class Store>
+  bool Item(Store store);
   bool SkipBlanks();
   bool ReadQuoted(Value& value);
   std::string ReadUnquoted();
