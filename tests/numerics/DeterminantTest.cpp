@@ -48,7 +48,8 @@ TEST(DET, RangeOfTheResult) {
   // 1e60 is not: the largest float instead.
   EXPECT_EQ(DET(Square({{1e20f, 0.0f, 0.0f}, {0.0f, 1e20f, 0.0f}, {0.0f, 0.0f, 1e20f}})),
             std::numeric_limits<float>::max());
-  // 1e-60 underflows to 0.0.
+  // 1e-40 and 1e-60 lie below the normal floats: 0.0.
+  EXPECT_EQ(DET(Square({{1e-20f, 0.0f}, {0.0f, 1e-20f}})), 0.0f);
   EXPECT_EQ(DET(Square({{1e-20f, 0.0f, 0.0f}, {0.0f, 1e-20f, 0.0f}, {0.0f, 0.0f, 1e-20f}})), 0.0f);
   // Pivots far apart in size still multiply out: 1e30 * 1e-30 * 2.
   EXPECT_NEAR(DET(Square({{1e30f, 0.0f, 0.0f}, {0.0f, 1e-30f, 0.0f}, {0.0f, 0.0f, 2.0f}})), 2.0f, 1e-6f);

@@ -120,6 +120,18 @@ TEST_F(RstepTest, SweepRefusesAPivotAtTheTolerance) {
   EXPECT_EQ(a(3, 3), before33);
 }
 
+TEST_F(RstepTest, SweepRefusesAVariableWithoutVariance) {
+  Array<float, 2> a = Matrix({{0.0f, 0.0f}, {0.0f, 1.0f}});
+  Array<float, 1> scale(2), swept(2);
+  swept.Fill(-1.0f);
+  scale(1) = 0.0f;
+  scale(2) = 1.0f;
+  GSWEP(2, 1, 1.0e-5f, scale, swept, a);
+  EXPECT_EQ(swept(1), -1.0f);
+  EXPECT_EQ(a(1, 1), 0.0f);
+  EXPECT_EQ(a(2, 2), 1.0f);
+}
+
 TEST_F(RstepTest, SweepRefusesWhenASweptVariableWouldBecomeCollinear) {
   // x1 = x2 + 0.02 z, x3 = z + w with var(w) = 0.01 (x2, z, w independent,
   // unit variances otherwise).  Entering x3 leaves it 1 % of its variance,
@@ -261,6 +273,10 @@ TEST_F(RstepTest, AVariableAtPOutExactlyStays) {
   ASSERT_EQ(three.hist(3), 3.0f);
   const float pA = three.coef(1, 4);
   ASSERT_GT(pA, 0.3f);
+  // With A, B and C in, the VIFs are SCALE times the diagonal of the
+  // inverse of their block, [[1, -1, -1], [-1, 2, 1], [-1, 1, 2]] (numpy).
+  EXPECT_NEAR(three.coef(1, 5), 3.0f, 1e-5f);
+  EXPECT_NEAR(three.coef(2, 5), 2.0f, 1e-5f);
 
   options.NSTEP = -1;
   options.POUT = pA;

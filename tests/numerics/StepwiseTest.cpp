@@ -32,6 +32,7 @@ struct Recipe {
   float noiseDivisor;
   std::vector<int> constant = {};
   std::vector<std::pair<int, int>> copies = {};  // (copy, original)
+  std::vector<std::pair<int, int>> zeroed = {};  // (marker, line) set to code 0
 };
 
 Population Generate(const Recipe& recipe) {
@@ -51,6 +52,7 @@ Population Generate(const Recipe& recipe) {
     for (int l = 1; l <= recipe.numObs; ++l) p.Code(m, l) = 1;
   for (auto [copy, original] : recipe.copies)
     for (int l = 1; l <= recipe.numObs; ++l) p.Code(copy, l) = p.Code(original, l);
+  for (auto [m, l] : recipe.zeroed) p.Code(m, l) = 0;
   for (int l = 1; l <= recipe.numObs; ++l) {
     float value = static_cast<float>(static_cast<int>(next() % 1001u) - 500) / recipe.noiseDivisor;
     for (auto [m, b] : recipe.effects) value = value + b * static_cast<float>(p.Code(m, l));
@@ -112,6 +114,20 @@ TEST(StepwiseSelection, OfTwoIdenticalMarkersOnlyTheFirstCounts) {
   EXPECT_NEAR(model.Coef[1], 0.756679, 1e-4);
   EXPECT_NEAR(model.Coef[2], -0.612473, 1e-4);
   EXPECT_NEAR(model.RSquare, 43.5514099, 2e-3);
+}
+
+TEST(StepwiseSelection, NearlyCollinearMarkersAboveTheToleranceBothEnter) {
+  // Marker 2 is marker 1 except at line 7, where it is missing: it keeps
+  // only 0.2 % of its variance beside marker 1 (a hundred times the
+  // tolerance), and that line carries its effect.
+  const Recipe recipe{31u, 6, 500, {{1, 1.0f}, {2, 2.0f}}, 8192.0f, {}, {{2, 1}}, {{2, 7}}};
+  const StepModel model = Select(Generate(recipe), 0.05f, 0.10f);
+  ASSERT_EQ(Terms(model), (std::vector<int>{1, 2}));
+  EXPECT_NEAR(model.Coef[0], 9.39994548e-04, 2e-5);
+  // The one-pass 32-bit covariances lose digits to the collinearity.
+  EXPECT_NEAR(model.Coef[1], 0.974572807, 1e-2);
+  EXPECT_NEAR(model.Coef[2], 2.02503167, 1e-2);
+  EXPECT_NEAR(model.AdjRSquare, 99.9849248, 2e-3);
 }
 
 TEST(StepwiseSelection, AFitTooGoodIsRetriedSixTimesInAll) {
