@@ -4,7 +4,9 @@
 // severity of the last error raised.  Messages go to standard error, never
 // to the log or to a result file.
 
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 namespace tov {
 
@@ -38,5 +40,13 @@ void ClearLastError();
 // "routine: text" on standard error when the policy prints it, and ends
 // the process when the policy stops on it.
 void RaiseError(Severity severity, const char* routine, const std::string& text);
+
+// Fills the placeholders of a message: %(I1), %(I2), ... with the integers,
+// %(R1), ... with the reals (shortest form that reads back to the same
+// float) and %(L1), ... with the names, each by its number.  A placeholder
+// without a value stays as it is.
+std::string FillMessage(std::string_view pattern, std::initializer_list<long long> integers = {},
+                        std::initializer_list<float> reals = {},
+                        std::initializer_list<std::string_view> names = {});
 
 }  // namespace tov

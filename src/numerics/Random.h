@@ -22,6 +22,10 @@ void RNPER(int k, int* iper);
 // ipath 1: xpermu(i) = x(ipermu(i)); ipath 2: xpermu(ipermu(i)) = x(i).
 void PERMU(int n, const float* x, const int* ipermu, int ipath, float* xpermu);
 
+// The first state from a local time of day: hhmmss read as a number, plus
+// 1; the fallback 123457 when that is 1 or less (only at 00:00:00).
+std::int32_t SeedFromClock(int hour, int minute, int second);
+
 // For tests only: start the stream from a given state, and read it back.
 void StartStreamForTesting(std::int32_t seed);
 std::int32_t StreamStateForTesting();
