@@ -1,9 +1,8 @@
 #include "numerics/Rstep.h"
 
-#include <charconv>
 #include <cmath>
+#include <initializer_list>
 #include <limits>
-#include <string>
 
 #include "numerics/Basic.h"
 #include "numerics/Distributions.h"
@@ -15,13 +14,6 @@ namespace {
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
-
-// Shortest text that reads back as the same float.
-std::string RealText(float value) {
-  char text[32];
-  const auto end = std::to_chars(text, text + sizeof text, value).ptr;
-  return std::string(text, end);
-}
 
 // Element (i, j) of the whole swept matrix, read off the upper triangle:
 // the swept matrix is symmetric between two variables on the same side of
@@ -35,59 +27,34 @@ float SweptElement(const Array<float, 2>& covs, const Array<float, 1>& swept, in
 // variable; false after the first failure (and when no variable is marked
 // dependent, which leaves nothing to fit).
 bool CheckArguments(int NVAR, const RstepOptions& options, const Array<int, 1>& level, int& idep) {
-  const char* routine = "RSTEP";
-  if (NVAR < 2) {
-    RaiseError(SeverityTerminal, routine,
-               "NVAR = " + std::to_string(NVAR) + ".  NVAR must be greater than or equal to 2.");
+  auto fail = [](const char* pattern, std::initializer_list<long long> integers,
+                 std::initializer_list<float> reals = {}) {
+    RaiseError(SeverityTerminal, "RSTEP", FillMessage(pattern, integers, reals));
     return false;
-  }
-  if (options.INVOKE < 0 || options.INVOKE > 3) {
-    RaiseError(SeverityTerminal, routine,
-               "INVOKE = " + std::to_string(options.INVOKE) +
-                   ".  INVOKE must be greater than or equal to zero and less than or equal to 3.");
-    return false;
-  }
-  if (options.NSTEP < -1) {
-    RaiseError(SeverityTerminal, routine,
-               "NSTEP = " + std::to_string(options.NSTEP) + ".  NSTEP must be greater than or equal to -1.");
-    return false;
-  }
-  if (options.ISTEP < -1 || options.ISTEP > 1) {
-    RaiseError(SeverityTerminal, routine,
-               "ISTEP = " + std::to_string(options.ISTEP) + ".  ISTEP must be -1, 0, or 1.");
-    return false;
-  }
-  if (!(options.PIN > 0.0f && options.PIN < 1.0f)) {
-    RaiseError(SeverityTerminal, routine,
-               "PIN = " + RealText(options.PIN) + ".  PIN must be in the exclusive range 0.0 to 1.0.");
-    return false;
-  }
-  if (!(options.POUT > 0.0f && options.POUT < 1.0f)) {
-    RaiseError(SeverityTerminal, routine,
-               "POUT = " + RealText(options.POUT) + ".  POUT must be in the exclusive range 0.0 to 1.0.");
-    return false;
-  }
-  if (options.PIN > options.POUT) {
-    RaiseError(SeverityTerminal, routine,
-               "PIN = " + RealText(options.PIN) + " and POUT = " + RealText(options.POUT) +
-                   ".  PIN must be less than or equal to POUT and each of them must be in the exclusive "
-                   "range 0.0 to 1.0.");
-    return false;
-  }
-  if (options.NFORCE < 0) {
-    RaiseError(SeverityTerminal, routine,
-               "NFORCE = " + std::to_string(options.NFORCE) + ".  NFORCE must be greater than or equal to zero.");
-    return false;
-  }
+  };
+  if (NVAR < 2) return fail("NVAR = %(I1).  NVAR must be greater than or equal to 2.", {NVAR});
+  if (options.INVOKE < 0 || options.INVOKE > 3)
+    return fail("INVOKE = %(I1).  INVOKE must be greater than or equal to zero and less than or equal to 3.",
+                {options.INVOKE});
+  if (options.NSTEP < -1) return fail("NSTEP = %(I1).  NSTEP must be greater than or equal to -1.", {options.NSTEP});
+  if (options.ISTEP < -1 || options.ISTEP > 1)
+    return fail("ISTEP = %(I1).  ISTEP must be -1, 0, or 1.", {options.ISTEP});
+  if (!(options.PIN > 0.0f && options.PIN < 1.0f))
+    return fail("PIN = %(R1).  PIN must be in the exclusive range 0.0 to 1.0.", {}, {options.PIN});
+  if (!(options.POUT > 0.0f && options.POUT < 1.0f))
+    return fail("POUT = %(R1).  POUT must be in the exclusive range 0.0 to 1.0.", {}, {options.POUT});
+  if (options.PIN > options.POUT)
+    return fail("PIN = %(R1) and POUT = %(R2).  PIN must be less than or equal to POUT and each of them must be "
+                "in the exclusive range 0.0 to 1.0.",
+                {}, {options.PIN, options.POUT});
+  if (options.NFORCE < 0)
+    return fail("NFORCE = %(I1).  NFORCE must be greater than or equal to zero.", {options.NFORCE});
   idep = 0;
   for (int i = 1; i <= NVAR; ++i) {
     if (level(i) != -1) continue;
-    if (idep != 0) {
-      RaiseError(SeverityTerminal, routine,
-                 "LEVEL(" + std::to_string(idep) + ") and LEVEL(" + std::to_string(i) +
-                     ") = -1.  There can be only one dependent variable in the model.");
-      return false;
-    }
+    if (idep != 0)
+      return fail("LEVEL(%(I1)) and LEVEL(%(I2)) = -1.  There can be only one dependent variable in the model.",
+                  {idep, i});
     idep = i;
   }
   return idep != 0;
@@ -125,9 +92,9 @@ class Stepper {
       if (nvin_ > 0) FillAov(aov);
       if (step > 2 * numLevelled) {
         RaiseError(SeverityWarning, "RSTEP",
-                   std::to_string(step) +
-                       " steps have been taken.  This is greater than twice the number of variables with LEVEL "
-                       "greater than 0.  Cycling is occuring.  No more steps will be taken.");
+                   FillMessage("%(I1) steps have been taken.  This is greater than twice the number of variables "
+                               "with LEVEL greater than 0.  Cycling is occuring.  No more steps will be taken.",
+                               {step}));
         return 0;
       }
     }
