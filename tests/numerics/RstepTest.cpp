@@ -368,6 +368,46 @@ TEST_F(RstepTest, ConstantResponseGivesNaNPEverywhere) {
   EXPECT_EQ(run.hist(1), 0.0f);
 }
 
+TEST_F(RstepTest, CyclingIsStoppedPastTwiceTheNumberOfCandidates) {
+  // A matrix picked by a search over random ones: in 32 bits the p of
+  // variable 2 as a candidate (before it enters and again after it leaves)
+  // lies a few units in the last place below its p in the model.  With
+  // PIN = POUT between the two it enters and leaves by turns until the step
+  // bound, 2 * 2, is past.
+  const Array<float, 2> cov = Matrix({{1.0f, -0.210430428f, 0.765762806f},
+                                      {-0.210430428f, 1.0f, -0.0276003331f},
+                                      {0.765762806f, -0.0276003331f, 1.0f}});
+  const int nobs = 59;
+  RstepOptions options;
+  options.PIN = 0.5f;
+  options.POUT = 0.9f;
+  options.NSTEP = 1;
+  const float pCandidate = StepRun(cov, nobs, options).coef(2, 4);
+  options.NSTEP = 2;
+  const StepRun two(cov, nobs, options);
+  ASSERT_EQ(two.hist(2), 2.0f);
+  const float pInModel = two.coef(2, 4);
+  const float threshold = std::nextafter(pInModel, 0.0f);
+  ASSERT_LT(pCandidate, threshold);
+
+  options.NSTEP = -1;
+  options.PIN = threshold;
+  options.POUT = threshold;
+  ERSET(0, 1, 0);
+  testing::internal::CaptureStderr();
+  const StepRun run(cov, nobs, options);
+  const std::string printed = testing::internal::GetCapturedStderr();
+  EXPECT_NE(printed.find("5 steps have been taken.  This is greater than twice the number of variables with LEVEL "
+                         "greater than 0.  Cycling is occuring.  No more steps will be taken."),
+            std::string::npos)
+      << printed;
+  EXPECT_EQ(N1RTY(1), SeverityWarning);
+  EXPECT_EQ(run.iend, 0);
+  EXPECT_EQ(run.hist(1), 1.0f);
+  EXPECT_EQ(run.hist(2), -5.0f);
+  EXPECT_EQ(run.aov(1), 1.0f);
+}
+
 TEST_F(RstepTest, TheDependentVariableNeedNotBeLast) {
   // The proxy matrix with y moved to the front.
   const Array<float, 2> cov = Matrix({{2.1009f, 2.03f, 1.0f, 1.0f},
