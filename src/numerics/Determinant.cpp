@@ -7,9 +7,11 @@
 
 namespace tov {
 
-float DET(const Array<float, 2>& A) {
-  const int n = static_cast<int>(A.Extent(1));
-  Array<float, 2> lu = A;
+float DET(int N, const Array<float, 2>& A) {
+  const int n = N;
+  Array<float, 2> lu(n, n);  // the factors overwrite a copy
+  for (int j = 1; j <= n; ++j)
+    for (int i = 1; i <= n; ++i) lu(i, j) = A(i, j);
   float mantissa = 1.0f;
   int exponent = 0;
   for (int c = 1; c <= n; ++c) {
