@@ -58,17 +58,6 @@ TEST(RLSE, ADependentColumnGetsZeroAndChangesNothing) {
   EXPECT_NEAR(sse, 0.223953017f, 2e-5f);
 }
 
-TEST(RLSE, AsManyParametersAsObservationsLeaveNoResidual) {
-  Array<float, 2> x(2, 1);
-  x(1, 1) = 1.0f;
-  x(2, 1) = 3.0f;
-  const std::vector<float> y = {5.0f, 2.0f};
-  float sst = 0.0f, sse = 1.0f;
-  RLSE(y.data(), x, nullptr, sst, sse);
-  EXPECT_EQ(sst, 4.5f);
-  EXPECT_NEAR(sse, 0.0f, 1e-6f);
-}
-
 TEST(RLSE, ConstantResponseHasNoSumsOfSquares) {
   Array<float, 2> x(4, 1);
   for (int i = 1; i <= 4; ++i) x(i, 1) = static_cast<float>(i * i);

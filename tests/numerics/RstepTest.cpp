@@ -227,6 +227,9 @@ TEST_F(RstepTest, SelectionRemovesTheProxyAndReportsTheFinalModel) {
   RstepOptions options;  // PIN 0.05, POUT 0.10
   const Array<float, 2> cov = ProxyMatrix();
   StepRun run(cov, kProxyObs, options);
+  const Array<float, 2> untouched = ProxyMatrix();
+  for (int j = 1; j <= 4; ++j)
+    for (int i = 1; i <= 4; ++i) EXPECT_EQ(cov(i, j), untouched(i, j));
   EXPECT_EQ(run.hist(1), -4.0f);
   EXPECT_EQ(run.hist(2), 2.0f);
   EXPECT_EQ(run.hist(3), 3.0f);
@@ -254,14 +257,6 @@ TEST_F(RstepTest, SelectionRemovesTheProxyAndReportsTheFinalModel) {
                           95.1972964, 95.0982716, 0.0322522276};
   const double tolerance[13] = {0, 0, 0, 2e-5, 2e-5, 2e-6, 1e-5, 2e-7, 0.2, 1e-6, 1e-3, 1e-3, 2e-6};
   for (int e = 1; e <= 13; ++e) EXPECT_NEAR(run.aov(e), aov[e - 1], tolerance[e - 1]) << "AOV(" << e << ")";
-}
-
-TEST_F(RstepTest, TheInputMatrixIsNeverChanged) {
-  const Array<float, 2> cov = ProxyMatrix();
-  const Array<float, 2> copy = cov;
-  StepRun run(cov, kProxyObs, RstepOptions());
-  for (int j = 1; j <= 4; ++j)
-    for (int i = 1; i <= 4; ++i) EXPECT_EQ(cov(i, j), copy(i, j));
 }
 
 TEST_F(RstepTest, AVariableAtPOutExactlyStays) {
@@ -357,15 +352,6 @@ TEST_F(RstepTest, NothingEnteredLeavesAllOfAovNaN) {
   for (int e = 1; e <= 13; ++e) EXPECT_TRUE(std::isnan(run.aov(e))) << e;
   EXPECT_EQ(run.iend, 1);
   for (int i = 1; i <= 3; ++i) EXPECT_EQ(run.hist(i), 0.0f);
-}
-
-TEST_F(RstepTest, ConstantResponseGivesNaNPEverywhere) {
-  const Array<float, 2> cov = Matrix({{1.0f, 0.2f, 0.0f}, {0.2f, 1.0f, 0.0f}, {0.0f, 0.0f, 0.0f}});
-  const StepRun run(cov, 25, RstepOptions());
-  EXPECT_TRUE(std::isnan(run.coef(1, 4)));
-  EXPECT_TRUE(std::isnan(run.coef(2, 4)));
-  EXPECT_TRUE(std::isnan(run.aov(12)));
-  EXPECT_EQ(run.hist(1), 0.0f);
 }
 
 TEST_F(RstepTest, CyclingIsStoppedPastTwiceTheNumberOfCandidates) {
@@ -508,15 +494,6 @@ TEST_F(RstepTest, ArgumentChecksRaiseTheirMessagesAndSkipTheWork) {
     for (float v : hist) EXPECT_EQ(v, 7.0f) << bad.name;
     EXPECT_EQ(iend, 7) << bad.name;
   }
-}
-
-TEST_F(RstepTest, PInEqualToPOutIsAccepted) {
-  RstepOptions options;
-  options.PIN = 0.1f;
-  options.POUT = 0.1f;
-  const StepRun run(ProxyMatrix(), kProxyObs, options);
-  EXPECT_EQ(N1RTY(1), SeverityNone);
-  EXPECT_EQ(run.hist(2), 2.0f);
 }
 
 }  // namespace
