@@ -1,15 +1,34 @@
 #include "mapping/TwoGroupTest.h"
 
+#include <bit>
 #include <cstdint>
 
 #include "mapping/LogDensity.h"
 
 namespace tov {
 
-// Masked lines add 0.0f rather than being skipped, so that the lanes stay in
-// step.  A running sum that starts at +0.0 never becomes -0.0 and stays
-// unchanged by +0.0, and a select (not a product) keeps a NaN of an
-// untyped line out: the sums are those of the plain skipping loop.
+namespace {
+
+// Masked lines add +0.0 rather than being skipped, so that the lanes stay
+// in step.  A running sum that starts at +0.0 never becomes -0.0 and stays
+// unchanged by +0.0, and a select (not a product) keeps a NaN of an untyped
+// line out: the sums are those of the plain skipping loop.  The selects are
+// done on the bits, which vectorises where a conditional would not.
+inline std::uint32_t MaskOf(bool keep) { return 0u - static_cast<std::uint32_t>(keep); }
+
+// value where keep holds, +0.0 elsewhere.
+inline float KeepIf(bool keep, float value) {
+  return std::bit_cast<float>(std::bit_cast<std::uint32_t>(value) & MaskOf(keep));
+}
+
+// a where first holds, b elsewhere.
+inline float Choose(bool first, float a, float b) {
+  const std::uint32_t mask = MaskOf(first);
+  return std::bit_cast<float>((std::bit_cast<std::uint32_t>(a) & mask) | (std::bit_cast<std::uint32_t>(b) & ~mask));
+}
+
+}  // namespace
+
 template <int Lanes>
 void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records) {
   std::int32_t numA[Lanes] = {}, numB[Lanes] = {};
@@ -22,9 +41,9 @@ void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float*
       const bool isB = c[j] == 'B';
       numA[j] += isA;
       numB[j] += isB;
-      sumTyped[j] = sumTyped[j] + (isA || isB ? value : 0.0f);
-      sumA[j] = sumA[j] + (isA ? value : 0.0f);
-      sumB[j] = sumB[j] + (isB ? value : 0.0f);
+      sumTyped[j] = sumTyped[j] + KeepIf(isA | isB, value);
+      sumA[j] = sumA[j] + KeepIf(isA, value);
+      sumB[j] = sumB[j] + KeepIf(isB, value);
     }
   }
 
@@ -46,9 +65,12 @@ void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float*
       const float d0 = value - mean0[j];
       const float dA = value - meanA[j];
       const float dB = value - meanB[j];
-      ss0[j] = ss0[j] + (isA || isB ? d0 * d0 : 0.0f);
-      ssA[j] = ssA[j] + (isA ? dA * dA : 0.0f);
-      ssB[j] = ssB[j] + (isB ? dB * dB : 0.0f);
+      const float square0 = d0 * d0;
+      const float squareA = dA * dA;
+      const float squareB = dB * dB;
+      ss0[j] = ss0[j] + KeepIf(isA | isB, square0);
+      ssA[j] = ssA[j] + KeepIf(isA, squareA);
+      ssB[j] = ssB[j] + KeepIf(isB, squareB);
     }
   }
 
@@ -71,11 +93,11 @@ void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float*
     for (int j = 0; j < Lanes; ++j) {
       const bool isA = c[j] == 'A';
       const bool isB = c[j] == 'B';
-      const float groupMean = isA ? meanA[j] : meanB[j];
+      const float groupMean = Choose(isA, meanA[j], meanB[j]);
       const float density0 = constant0[j] - LogDensityDeviation(value, mean0[j], twoV0[j]);
       const float density1 = constant1[j] - LogDensityDeviation(value, groupMean, twoV1[j]);
-      logL0[j] = logL0[j] + (isA || isB ? density0 : 0.0f);
-      logL1[j] = logL1[j] + (isA || isB ? density1 : 0.0f);
+      logL0[j] = logL0[j] + KeepIf(isA | isB, density0);
+      logL1[j] = logL1[j] + KeepIf(isA | isB, density1);
     }
   }
 
