@@ -1,0 +1,58 @@
+#include "numerics/Determinant.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <limits>
+
+namespace tov {
+namespace {
+
+Array<float, 2> Square(std::initializer_list<std::initializer_list<float>> rows) {
+  const int n = static_cast<int>(rows.size());
+  Array<float, 2> a(n, n);
+  int i = 0;
+  for (const auto& row : rows) {
+    ++i;
+    int j = 0;
+    for (float v : row) a(i, ++j) = v;
+  }
+  return a;
+}
+
+// Reference values: numpy 1.24, linalg.det of the float32-rounded matrix.
+
+TEST(DET, GeneralMatrices) {
+  EXPECT_NEAR(DET(Square({{2.0f, -1.0f, 0.5f}, {1.5f, 3.0f, -2.0f}, {-0.5f, 4.0f, 1.0f}})), 26.25f, 2e-5f);
+  // A zero first pivot needs a row exchange, which flips the sign.
+  EXPECT_NEAR(DET(Square({{0.0f, 1.0f, 2.0f}, {3.0f, 4.0f, 5.0f}, {6.0f, 7.0f, 9.0f}})), -3.0f, 5e-6f);
+  EXPECT_EQ(DET(Square({{0.0f, 1.0f}, {1.0f, 0.0f}})), -1.0f);
+  EXPECT_NEAR(DET(Square({{1.75f, 3.125f, -4.875f, 3.125f, -0.375f},
+                          {0.125f, 1.375f, -2.125f, 4.875f, -4.5f},
+                          {-2.25f, -1.125f, 0.75f, -0.875f, -3.75f},
+                          {-4.625f, -5.0f, -4.625f, -3.5f, 5.0f},
+                          {-3.125f, 1.5f, 2.5f, -2.75f, -2.25f}})),
+              -2009.59979f, 2e-2f);
+  EXPECT_EQ(DET(Square({{-2.5f}})), -2.5f);
+}
+
+TEST(DET, SingularAndNearlySingular) {
+  EXPECT_EQ(DET(Square({{1.0f, 2.0f, 3.0f}, {1.0f, 2.0f, 3.0f}, {4.0f, 1.0f, 2.0f}})), 0.0f);
+  EXPECT_EQ(DET(Square({{1.0f, 0.0f}, {3.0f, 0.0f}})), 0.0f);
+  EXPECT_NEAR(DET(Square({{1.0f, 1.0f}, {1.0f, 1.0001f}})), 1.00016594e-4f, 1e-10f);
+}
+
+TEST(DET, RangeOfTheResult) {
+  // 1e38 is a float: no false overflow on the way.
+  EXPECT_NEAR(DET(Square({{1e19f, 0.0f}, {0.0f, 1e19f}})), 9.99999996e37f, 1e32f);
+  // 1e60 is not: the largest float instead.
+  EXPECT_EQ(DET(Square({{1e20f, 0.0f, 0.0f}, {0.0f, 1e20f, 0.0f}, {0.0f, 0.0f, 1e20f}})),
+            std::numeric_limits<float>::max());
+  // 1e-60 underflows to 0.0.
+  EXPECT_EQ(DET(Square({{1e-20f, 0.0f, 0.0f}, {0.0f, 1e-20f, 0.0f}, {0.0f, 0.0f, 1e-20f}})), 0.0f);
+  // Pivots far apart in size still multiply out: 1e30 * 1e-30 * 2.
+  EXPECT_NEAR(DET(Square({{1e30f, 0.0f, 0.0f}, {0.0f, 1e-30f, 0.0f}, {0.0f, 0.0f, 2.0f}})), 2.0f, 1e-6f);
+}
+
+}  // namespace
+}  // namespace tov
