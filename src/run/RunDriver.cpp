@@ -1,8 +1,17 @@
 #include "run/RunDriver.h"
 
+#include <new>
+
+#include "input/Parameters.h"
+#include "input/ProjectInput.h"
+#include "markers/MarkerReports.h"
+#include "markers/PreprocessMarkers.h"
+#include "phenotype/PhenotypeAnalysis.h"
+#include "phenotype/TraitStatistics.h"
 #include "run/CpuClock.h"
 #include "run/Log.h"
 #include "run/Messages.h"
+#include "run/OutputFiles.h"
 #include "run/RunData.h"
 #include "text/Fatal.h"
 #include "text/Format.h"
@@ -30,6 +39,17 @@ int Stop(RunData& run, int code, std::string_view name) {
   return 0;
 }
 
+// A reader's fault: the reader has written its own message, the driver
+// names the file, and the run data filled so far are released.
+int StopAfterReader(RunData& run, int code, std::string_view name) {
+  Stop(run, code, name);
+  ReleaseRunData(run);
+  return 0;
+}
+
+// Memory that cannot be had is a fatal failure of the run, not a crash.
+void OutOfMemory() { FatalRuntimeFailure("insufficient memory"); }
+
 }  // namespace
 
 std::string OutputBaseOf(std::string_view inputFileName) {
@@ -38,6 +58,7 @@ std::string OutputBaseOf(std::string_view inputFileName) {
 }
 
 int RunDriver() {
+  std::set_new_handler(OutOfMemory);
   RunData run;
   if (!LogFile().Create(LogFileName)) FatalRuntimeFailure(std::string("cannot create ") + LogFileName);
   const float cpuStart = ProcessCpuSeconds();
@@ -63,17 +84,35 @@ int RunDriver() {
   if (!FileExists(inputName)) return Stop(run, 1008, inputName);
   if (!FileExists(parName)) return Stop(run, 1009, parName);
 
+  ReadProjectInput(run, inputFileName);
+  if (run.StatusCode != 0) return StopAfterReader(run, 1010, inputName);
+  run.StatusCode = 1011;
+  ReportRun(run.StatusCode, inputName);
+  ReadParameters(run, parFileName);
+  if (run.StatusCode != 0) return StopAfterReader(run, 1012, parName);
+  run.StatusCode = 1013;
+  ReportRun(run.StatusCode, parName);
+  OpenOutputFiles(run);
+
   run.StatusCode = 1016;
   ReportRun(run.StatusCode, "");
+  run.KeptMarker = PreprocessMarkers(run.MarkerName, run.MarkerType, run.ConditionNumber);
+  run.NumMarkersKept = static_cast<std::int32_t>(run.KeptMarker.Size());
+  WriteCorrelationReport(run.Units[UnitCoe], run.MarkerName, run.MarkerType, run.KeptMarker);
+  WriteMarkerTable(run.Units[UnitMtp], run.MarkerName, run.MarkerType, run.KeptMarker);
   if (run.Indicator != 1) {
     run.StatusCode = 1019;
     ReportRun(run.StatusCode, "");
   } else {
+    TraitStatistics(run, run.Units[UnitSta]);
+    PhenotypeAnalysis(run.Units[UnitSta], run.PopulationSize, run.NumTraits, run.NumEnvs, run.NumReps, run.Phenotype,
+                      run.PhenotypicVariance);
     run.StatusCode = 1017;
     ReportRun(run.StatusCode, "");
     run.StatusCode = 1018;
     ReportRun(run.StatusCode, "");
   }
+  CloseOutputFiles(run);
   ReleaseRunData(run);
 
   const float cpuEnd = ProcessCpuSeconds();

@@ -1,0 +1,112 @@
+#include "input/ProjectInput.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "ReaderFixture.h"
+
+namespace tov {
+namespace {
+
+class ProjectInput : public ReaderFixture {
+ protected:
+  std::int32_t Read(const std::string& text) {
+    run = std::make_unique<RunData>();
+    ReadProjectInput(*run, Write("study.txt", text) + "      ");
+    return run->StatusCode;
+  }
+  std::string LastMessage() { return Messages().back(); }
+
+  std::unique_ptr<RunData> run;
+};
+
+const std::string Genotypes = "M1 A B A\nM2 B B A\n";
+
+// The wrapped values were worked out with Python: (n * (n - 1)) mod 2^32,
+// read as a signed 32-bit number, halved toward zero, negatives as 0.
+TEST(TriangleSize, WrapsAround32BitsFrom46342MarkersOn) {
+  EXPECT_EQ(TriangleSize(1), 0);
+  EXPECT_EQ(TriangleSize(2), 1);
+  EXPECT_EQ(TriangleSize(1000), 499500);
+  EXPECT_EQ(TriangleSize(46341), 1073720970) << "the last count without overflow";
+  EXPECT_EQ(TriangleSize(46342), 0) << "the product wraps to -2147432674";
+  EXPECT_EQ(TriangleSize(65537), 32768) << "the product wraps to 65536";
+  EXPECT_EQ(TriangleSize(100000), 704982704);
+  EXPECT_EQ(TriangleSize(2000000000), 321730048);
+  EXPECT_EQ(TriangleSize(2147483647), 0);
+}
+
+TEST_F(ProjectInput, AMappingProjectFillsTheRunData) {
+  ASSERT_EQ(Read("! head\n1\n\n2 markers\n! lines\n3\n2\n1\n1\n" + Genotypes + "! traits\nT1 1 2 3\nT2 4 NA 6\n"), 0);
+  EXPECT_EQ(run->NumMarkersKept, 2);
+  EXPECT_EQ(run->PopulationSizeKept, 3);
+  EXPECT_EQ(run->MarkerType(2, 3), 'A');
+  EXPECT_EQ(run->TraitName(2, 1, 1), "T2" + std::string(17, ' '));
+  EXPECT_EQ(run->Phenotype(2, 2, 1, 1), MissingValue);
+  ASSERT_TRUE(run->PhenotypicVariance.IsAllocated());
+  EXPECT_EQ(run->PhenotypicVariance.Extent(2), 2) << "one column per environment and one across";
+  EXPECT_EQ(run->TraitEnvStat2.Size(), 4u);
+  EXPECT_FALSE(run->QTLEffect.IsAllocated());
+  EXPECT_FALSE(run->GenotypicValue.IsAllocated());
+  EXPECT_TRUE(Messages().empty());
+}
+
+TEST_F(ProjectInput, ASimulationProjectHasThreeHeadItems) {
+  // The line after PopulationSize already belongs to the genotype block.
+  ASSERT_EQ(Read("2\n2\n3\n" + Genotypes + "1 10 0.5\n1\n0.5\n"), 0);
+  EXPECT_EQ(run->NumTraits, 1);
+  EXPECT_EQ(run->TraitName.Size(), 1u);
+  EXPECT_FALSE(run->Phenotype.IsAllocated());
+  EXPECT_FALSE(run->PhenotypicVariance.IsAllocated());
+  EXPECT_FALSE(run->TraitEnvStat2.IsAllocated());
+  EXPECT_TRUE(run->QTLPVEPhenotypic.IsAllocated());
+  EXPECT_EQ(run->GenotypicValue(3), 0.5f);
+}
+
+// Each code of the head has its end-to-end case; these are the rules of
+// the lines the items stand on.
+TEST_F(ProjectInput, EveryHeadItemStandsOnALineOfItsOwn) {
+  EXPECT_EQ(Read("1 2 3 1 1 1\n"), 2016) << "the rest of the first line is dropped";
+  EXPECT_EQ(Read("1\n2\n3\n1\n1\n1\n\n"), 2201) << "so all six items are there";
+  EXPECT_EQ(Read("0\n"), 2002);
+  EXPECT_EQ(Read("1.0\n"), 2001) << "a count must be a whole number";
+}
+
+TEST_F(ProjectInput, NoTraitsLeaveAnEmptyPhenotypeBlock) {
+  ASSERT_EQ(Read("1\n2\n3\n0\n2\n2\n" + Genotypes), 0);
+  EXPECT_EQ(run->Phenotype.Size(), 0u);
+  EXPECT_TRUE(run->PhenotypicVariance.IsAllocated());
+}
+
+TEST_F(ProjectInput, AFaultInThePhenotypeBlockStillLeavesTheVarianceArrays) {
+  EXPECT_EQ(Read("1\n2\n3\n1\n2\n1\n" + Genotypes + "T 1 2 3\nT 1 x 3\n"), 2406);
+  EXPECT_TRUE(run->PhenotypicVariance.IsAllocated());
+  EXPECT_TRUE(run->TraitEnvStat2.IsAllocated());
+  EXPECT_EQ(run->PhenotypicVariance.Extent(2), 3);
+}
+
+TEST_F(ProjectInput, AFaultInTheGenotypeBlockEndsTheReading) {
+  EXPECT_EQ(Read("1\n2\n3\n1\n1\n1\nM1 A B A\nM1 B A A\nT 1 2 3\n"), 2230);
+  EXPECT_EQ(LastMessage(), "--Error2230: two markers have same name! MarkerID1=2 MarkerID2=1 MarkerName=M1");
+  EXPECT_FALSE(run->TraitName.IsAllocated());
+  EXPECT_FALSE(run->Phenotype.IsAllocated());
+}
+
+TEST_F(ProjectInput, HugeCountsOnShortFilesEndInReadFailures) {
+  EXPECT_EQ(Read("1\n2000000000\n3\n1\n1\n1\n" + Genotypes + "M3 A B B\n"), 2201);
+  EXPECT_EQ(LastMessage(), "--Error2201: cannot read MarkerType! MarkerID=4");
+  EXPECT_EQ(run->NumMarkersKept, 2000000000);
+  EXPECT_EQ(Read("2\n2\n2000000000\n" + Genotypes), 2201);
+  EXPECT_EQ(LastMessage(), "--Error2201: cannot read MarkerType! MarkerID=1");
+  // No arrays of two thousand million rows: the rows are read for the fault.
+  EXPECT_EQ(Read("1\n2\n3\n1\n1\n2000000000\n" + Genotypes + "T 1 2 3\nT 4 5 6\n"), 2405);
+  EXPECT_EQ(LastMessage(), "--Error2405: cannot read TraitName and Phenotype! TraitID=1");
+  EXPECT_FALSE(run->Phenotype.IsAllocated());
+  EXPECT_EQ(Read("1\n2\n3\n2147483647\n2147483647\n2147483647\n" + Genotypes + "T 1 2 x\n"), 2406);
+  EXPECT_EQ(Read("1\n2\n3\n0\n2147483647\n2147483647\n" + Genotypes), 0);
+}
+
+}  // namespace
+}  // namespace tov

@@ -1,0 +1,122 @@
+#include "markers/Binning.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace tov {
+namespace {
+
+// MarkerType [NumMarkers, PopulationSize] from one string of codes per
+// marker, and the bins it gives.
+struct Project {
+  explicit Project(const std::vector<std::string>& rows)
+      : markerType(static_cast<int>(rows.size()), static_cast<int>(rows.front().size())) {
+    for (std::size_t m = 0; m < rows.size(); ++m)
+      for (std::size_t l = 0; l < rows[m].size(); ++l) markerType(m + 1, l + 1) = rows[m][l];
+    columns = MarkerColumns(markerType);
+    bins = BinMarkers(static_cast<int>(rows.size()), static_cast<int>(rows.front().size()), columns);
+  }
+  std::vector<int> BinIDs() const { return std::vector<int>(bins.BinID.begin(), bins.BinID.end()); }
+  std::vector<int> Deleted() const { return std::vector<int>(bins.Deleted.begin(), bins.Deleted.end()); }
+  std::vector<int> Kept() const {
+    const Array<std::int32_t, 1> kept = CopyKeptMarkers(static_cast<int>(bins.Deleted.Size()), bins.Deleted);
+    return std::vector<int>(kept.begin(), kept.end());
+  }
+  Array<char, 2> markerType;
+  Array<char, 2> columns;
+  MarkerBins bins;
+};
+
+TEST(SameGenotypes, MissingMatchesAnythingAndOneDifferenceSeparates) {
+  EXPECT_TRUE(SameGenotypes(4, "ABAB", "ABAB"));
+  EXPECT_TRUE(SameGenotypes(4, "AXAB", "ABXB"));
+  EXPECT_TRUE(SameGenotypes(4, "XXXX", "ABBA"));
+  EXPECT_FALSE(SameGenotypes(4, "ABAB", "ABAA"));
+  EXPECT_FALSE(SameGenotypes(4, "BXXX", "AXXX"));
+}
+
+TEST(Binning, MissingPercentIsOneHundredTimesTheCountOverTheLines) {
+  Project p({"AXBXXA", "ABABAB", "XXXXXX"});
+  EXPECT_EQ(p.bins.MissingPercent(1), 100.0f * 3.0f / 6.0f);
+  EXPECT_EQ(p.bins.MissingPercent(2), 0.0f);
+  EXPECT_EQ(p.bins.MissingPercent(3), 100.0f);
+}
+
+TEST(Binning, IdenticalMarkersFormOneBinAndTheFirstStays) {
+  Project p({"AABB", "ABAB", "AABB", "BBAA", "AABB"});
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 0, 1, 0, 1}));
+  EXPECT_EQ(p.Deleted(), (std::vector<int>{0, 0, 1, 0, 1}));
+  EXPECT_EQ(p.Kept(), (std::vector<int>{1, 2, 4}));
+}
+
+TEST(Binning, MissingGenotypesJoinMarkersAndTheLeastMissingRepresents) {
+  Project p({"AXAB", "ABAB", "BBBA"});
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 1, 0}));
+  EXPECT_EQ(p.Deleted(), (std::vector<int>{1, 0, 0}));
+}
+
+TEST(Binning, EqualMissingRatesKeepTheLowestMarkerID) {
+  Project p({"BBAA", "AXBB", "AABX", "XABB"});
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{0, 1, 1, 1}));
+  EXPECT_EQ(p.Deleted(), (std::vector<int>{0, 0, 1, 1}));
+}
+
+TEST(Binning, TheExtensionPullsInMarkersThatMatchAMemberOnly) {
+  // Marker 3 matches marker 2 but not the seed 1.
+  Project p({"AABB", "AAXX", "XABA", "BBAA"});
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 1, 1, 0}));
+}
+
+TEST(Binning, TheExtensionMakesOnePassOnly) {
+  // Marker 3 is the seed's direct partner; marker 2 joins through 3 while
+  // the pass stands at 3, so it is not visited, and marker 4, which matches
+  // only marker 2, stays out.
+  Project p({"AABB", "BAXA", "XABX", "BXAA"});
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 1, 1, 0}));
+  EXPECT_EQ(p.Deleted(), (std::vector<int>{0, 1, 1, 0}));
+  EXPECT_EQ(p.Kept(), (std::vector<int>{1, 4}));
+}
+
+TEST(Binning, AnAllMissingMarkerCollapsesEverythingNotYetBinned) {
+  Project p({"ABAB", "BABA", "XXXX", "AABB", "BBAA"});
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 1, 1, 1, 1}));
+  EXPECT_EQ(p.Kept(), (std::vector<int>{1})) << "the all-missing marker never represents a bin of real markers";
+}
+
+TEST(Binning, AnAllMissingMemberPullsInTheRestAndSeedsNumberTheBins) {
+  Project p({"AABB", "ABAB", "AABB", "XXXX", "ABAB"});
+  // Marker 1 takes 3 and the all-missing 4, whose pass pulls in 2 and 5.
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 1, 1, 1, 1}));
+  Project q({"ABAB", "AABB", "ABAB", "AABB", "BBBA"});
+  EXPECT_EQ(q.BinIDs(), (std::vector<int>{1, 2, 1, 2, 0})) << "bins are numbered in the order of their seeds";
+  EXPECT_EQ(q.Kept(), (std::vector<int>{1, 2, 5}));
+}
+
+TEST(Binning, ASingleMarkerIsKeptOutsideAnyBin) {
+  Project p({"ABAB"});
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{0}));
+  EXPECT_EQ(p.Kept(), (std::vector<int>{1}));
+}
+
+TEST(Binning, TheLastMarkerCanBeAMemberButNeverASeed) {
+  Project p({"ABAB", "BBAA", "ABAB"});
+  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 0, 1}));
+}
+
+TEST(Binning, RejectedMarkersAreDeleted) {
+  Array<float, 1> missing(3);
+  Array<std::int32_t, 1> bin(3);
+  Array<std::int32_t, 1> deleted(3);
+  bin(1) = -1;
+  bin(2) = 1;
+  bin(3) = 1;
+  missing(2) = 50.0f;
+  missing(3) = 25.0f;
+  PickLeastMissing(3, missing, bin, deleted);
+  EXPECT_EQ(std::vector<int>(deleted.begin(), deleted.end()), (std::vector<int>{1, 1, 0}));
+}
+
+}  // namespace
+}  // namespace tov
