@@ -185,8 +185,17 @@ def marker_tables(trait, name, env, num_envs, kept_markers, marker_names, record
             pve = f32(0.0) if np.isnan(pve) or pve < 0 else pve
             full.append(head + fixed(r["LOD"]) + fixed(pve) + fixed(add) + fixed(m1) + fixed(m2))
             if flag:
-                share = float(vg) * 100.0 / float(sum_vg) * rsq
-                share = 0.0 if np.isnan(share) or share < 0 else share
+                share = (vg * f32(100.0) / sum_vg) * f32(rsq)
+                share = f32(0.0) if np.isnan(share) or share < 0 else share
+                # The share carries the last bits of the least-squares
+                # R-square, which only single precision defines: the printed
+                # digits must not move within two units of its last place.
+                near = f32(rsq)
+                for _ in range(2):
+                    near = np.nextafter(near, f32(-1.0))
+                for _ in range(5):
+                    assert fixed((vg * f32(100.0) / sum_vg) * near) == fixed(share), "share %r at a rounding edge" % share
+                    near = np.nextafter(near, f32(2.0))
                 shares.append(share)
                 selected.append(head + fixed(r["LOD"]) + fixed(share) + fixed(add) + fixed(m1) + fixed(m2))
     return full, selected, shares, rsq
@@ -198,7 +207,8 @@ def stepwise(columns, y, pin, pout):
     freedom of the model it would join, is strictly below pin; a member
     leaves when its p is strictly above pout.  Returns the selected column
     indices (0-based, ascending), their slopes, the intercept and the
-    adjusted R-square in percent (0.0 when none entered)."""
+    adjusted R-square in percent (0.0 when none entered), and the smallest
+    factor by which a p-value of the last step stood from its limit."""
     n = len(y)
     yv = np.array(y, dtype=np.float64)
     x = [np.array([code_value(c) for c in col]) for col in columns]
@@ -214,10 +224,12 @@ def stepwise(columns, y, pin, pout):
         return beta, sse, t, 2 * (1 - stats.t.cdf(t, df))
 
     model = []
+    margin = float("inf")
     for _ in range(4 * len(columns)):
         if model:
             _, _, t, p = fit(model)
             weakest = int(np.argmin(t))
+            margin = min(margin, pout / p[weakest])
             if p[weakest] > pout:
                 model.pop(weakest)
                 continue
@@ -232,11 +244,165 @@ def stepwise(columns, y, pin, pout):
                 best = (j, t[k], p[k])
         if best is not None and best[2] < pin:
             model = sorted(model + [best[0]])
+            margin = float("inf")
             continue
+        if best is not None:
+            margin = min(margin, best[2] / pin)
         break
     if not model:
-        return [], [], float(np.mean(yv)), 0.0
+        return [], [], float(np.mean(yv)), 0.0, margin
     beta, sse, _, _ = fit(model)
     sst = float(((yv - yv.mean()) ** 2).sum())
     adj = 100.0 * (1.0 - (sse / (n - len(model) - 1)) / (sst / (n - 1)))
-    return model, list(beta[1:]), float(beta[0]), max(adj, 0.0)
+    return model, list(beta[1:]), float(beta[0]), max(adj, 0.0), margin
+
+
+def column_covariance(x, y):
+    """Sum of x y divided by M, less the product of the two means; 32 bits."""
+    m = len(x)
+    sx, sy, sxy = f32(0.0), f32(0.0), f32(0.0)
+    for a, b in zip(x, y):
+        sx = sx + a
+        sy = sy + b
+        sxy = sxy + a * b
+    return sxy / f32(m) - (sx / f32(m)) * (sy / f32(m))
+
+
+def distance(p, limit):
+    """The factor by which p stands from its limit, on either side."""
+    return max(p / limit, limit / p) if p > 0 else float("inf")
+
+
+def stepwise32(columns, y, pin, pout):
+    """The stepwise selection by covariance sweeps as the rules state it, in
+    float32: centred columns, the covariance matrix by N, sweeps of its
+    upper triangle, estimates read off the swept matrix, the intercept and
+    the adjusted R-square of the analysis of variance.  The p-values that
+    decide a step come from scipy in 64 bits; the margin returned (the
+    smallest factor by which a deciding p stood from its limit) shows that
+    32-bit p-values would decide the same.  Returns (terms 0-based, slopes,
+    intercept, adjusted R-square, margin) with float32 numbers."""
+    v, n = len(columns), len(y)
+    xbar = [f32(sum(int(code_value(c)) for c in col)) / f32(n) for col in columns]
+    cols = [[f32(code_value(c)) - xbar[m] for c in col] for m, col in enumerate(columns)]
+    s = f32(0.0)
+    for value in y:
+        s = s + value
+    ybar = s / f32(n)
+    cols.append([value - ybar for value in y])
+    nvar = v + 1
+    cov = [[column_covariance(cols[i], cols[j]) for j in range(nvar)] for i in range(nvar)]
+    tol = f32(100.0) * f32(2.0 ** -23)
+    idep = nvar - 1
+
+    def run(pin, pout):
+        a = [row[:] for row in cov]
+        scale = [cov[i][i] for i in range(nvar)]
+        swept = [f32(-1.0)] * nvar
+        hist = [0.0] * nvar
+
+        def at(i, j):
+            return a[min(i, j)][max(i, j)]
+
+        def sweep(k):
+            p = a[k][k]
+            if swept[k] <= 0:
+                refuse = p <= tol * scale[k] or any(
+                    swept[i] > 0 and f32(1.0) / (at(i, k) * at(i, k) / p + a[i][i]) < tol * scale[i]
+                    for i in range(nvar) if i != k)
+                if refuse:
+                    for j in range(nvar):
+                        a[k][j] = a[j][k] = f32(0.0)
+                    return
+            d = f32(1.0) / p
+            for i in range(k):
+                w = -d * a[i][k]
+                for j in range(i, k):
+                    a[i][j] = a[i][j] + swept[j] * w * swept[k] * a[j][k]
+                for j in range(k + 1, nvar):
+                    a[i][j] = a[i][j] + w * a[k][j]
+            for i in range(k + 1, nvar):
+                w = swept[i] * (-(d * swept[k])) * a[k][i]
+                for j in range(i, nvar):
+                    a[i][j] = a[i][j] + w * a[k][j]
+            for j in range(k + 1, nvar):
+                a[k][j] = a[k][j] * d
+            for i in range(k):
+                a[i][k] = a[i][k] * -d
+            a[k][k] = d
+            swept[k] = -swept[k]
+
+        def statistics(nvin):
+            rss = a[idep][idep]
+            out = []
+            with np.errstate(all="ignore"):
+                for i in range(v):
+                    if hist[i] > 0:
+                        est = a[i][idep]
+                        df = n - nvin - 1
+                        se = np.sqrt(a[i][i] * rss / f32(df)) if df > 0 else NAN
+                    else:
+                        df = n - nvin - 2
+                        if a[i][i] == 0:
+                            est, inner = f32(0.0), f32(0.0)
+                        else:
+                            est = a[i][idep] / a[i][i]
+                            inner = rss / a[i][i] - est * est
+                        se = np.sqrt(inner / f32(df)) if df > 0 and inner >= 0 else NAN
+                    t = est / se
+                    p = NAN if np.isnan(t) or df == 0 else 2 * stats.t.sf(abs(float(t)), df)
+                    out.append((est, t, p))
+            return out
+
+        nvin, step, margin = 0, 0, float("inf")
+        stat = statistics(nvin)
+        while True:
+            step += 1
+            moved = False
+            if nvin > 0:
+                cands = [i for i in range(v) if hist[i] > 0 and not np.isnan(stat[i][2])]
+                if cands:
+                    weakest = min(cands, key=lambda i: (abs(stat[i][1]), i))
+                    margin = min(margin, distance(stat[weakest][2], pout))
+                    if stat[weakest][2] > pout:
+                        sweep(weakest)
+                        nvin -= 1
+                        hist[weakest] = -step
+                        moved = True
+            if not moved:
+                cands = [i for i in range(v) if not hist[i] > 0 and not np.isnan(stat[i][2])]
+                if cands:
+                    best = max(cands, key=lambda i: (abs(stat[i][1]), -i))
+                    margin = min(margin, distance(stat[best][2], pin))
+                    if stat[best][2] < pin:
+                        sweep(best)
+                        nvin += 1
+                        hist[best] = step
+                        moved = True
+            if not moved:
+                break
+            stat = statistics(nvin)
+        adj = NAN
+        if nvin > 0:
+            sse = a[idep][idep]
+            ssr = scale[idep] - sse
+            dfr, dfe = f32(nvin), f32(n - nvin - 1)
+            mse = sse / dfe
+            q = mse / ((ssr + sse) / (dfr + dfe))
+            adj = f32(0.0) if q > 1 else f32(100.0) * (f32(1.0) - q)
+        return hist, stat, adj, margin
+
+    hist, stat, adj, margin = run(f32(pin), f32(pout))
+    runs = 1
+    while runs < 6 and f32(99.0) < adj <= f32(100.0):
+        pin, pout = f32(pin) / f32(2.0), f32(pout) / f32(2.0)
+        hist, stat, adj, margin = run(pin, pout)
+        runs += 1
+    terms = [i for i in range(v) if hist[i] > 0.5]
+    coef = [stat[i][0] if hist[i] > 0.5 else f32(0.0) for i in range(v)]
+    s = f32(0.0)
+    for i in range(v):
+        s = s + coef[i] * xbar[i]
+    intercept = ybar - s
+    adj = f32(0.0) if np.isnan(adj) else adj
+    return terms, [coef[i] for i in terms], intercept, adj, margin

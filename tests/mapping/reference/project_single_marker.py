@@ -28,7 +28,7 @@ GENOTYPES = [
 ]
 N = 16
 import sys
-rng = np.random.default_rng(int(sys.argv[1]) if len(sys.argv) > 1 else 3)
+rng = np.random.default_rng(int(sys.argv[1]) if len(sys.argv) > 1 else 82)
 code = lambda m, l: ref.code_value(GENOTYPES[m][l])
 values = []
 for rep in range(2):
@@ -48,8 +48,8 @@ rows_codes = [[GENOTYPES[m - 1][l - 1] for l in kept] for m in kept_markers]
 records = [ref.two_group_test(codes, y) for codes in rows_codes]
 for m, r in zip(MARKERS, records):
     print(m, float(r["LOD"]), r["Mean"])
-threshold = repr(float(records[1]["LOD"]))
-assert f32(threshold) == records[1]["LOD"]
+lods = [r["LOD"] for r in records]
+assert lods[1] >= 0.5 and lods[5] > lods[1] + 0.02 and lods[0] > lods[5] and max(lods[3], lods[4]) < lods[1]
 threshold = str(records[1]["LOD"])  # numpy's shortest round-trip form
 assert f32(threshold) == records[1]["LOD"]
 print("threshold", threshold)
@@ -63,7 +63,7 @@ for env in (1, 2):
     full, selected, shares, rsq = ref.marker_tables(1, "Yield", env, 1, kept_markers, MARKERS, records, var_p,
                                                    f32(threshold), rows_codes, y)
     print("env", env, "RSq", rsq, "shares", shares, "sum", sum(shares))
-    assert abs(sum(shares) - 100 * rsq) < 1e-9
+    assert abs(sum(shares) - 100 * rsq) < 1e-4
     full_rows += full
     selected_rows += selected
 write(CASE, "expected", "study.rsm", full_rows)
