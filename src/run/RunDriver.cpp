@@ -4,6 +4,7 @@
 
 #include "input/Parameters.h"
 #include "input/ProjectInput.h"
+#include "mapping/MappingDriver.h"
 #include "markers/MarkerReports.h"
 #include "markers/PreprocessMarkers.h"
 #include "phenotype/PhenotypeAnalysis.h"
@@ -111,6 +112,7 @@ int RunDriver() {
     ReportRun(run.StatusCode, "");
     run.StatusCode = 1018;
     ReportRun(run.StatusCode, "");
+    MappingDriver(run);
   }
   CloseOutputFiles(run);
   ReleaseRunData(run);

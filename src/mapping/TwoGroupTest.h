@@ -1,0 +1,29 @@
+#pragma once
+// The likelihood ratio test of one marker between the lines of its two
+// homozygous genotypes: two normal models (one mean, or one mean per group)
+// compared in base-10 log densities.  Single precision, sums from 0.0 over
+// the lines in order; every bad case ends as a NaN or 0.0 in the record.
+
+#include <cstddef>
+
+#include "mapping/MarkerTest.h"
+
+namespace tov {
+
+// codes: n one-byte genotypes; y: n values.  LOD receives one value, means
+// and freqs two each ('A' first).  Lines with a code other than 'A' or 'B'
+// take no part.
+void TwoGroupTest(int n, const char* codes, const float* y, float& LOD, FixedArray<float, 2>& means,
+                  FixedArray<float, 2>& freqs);
+
+// The same test for Lanes markers side by side, into records[0 .. Lanes-1]:
+// the code of line l (0-based) at marker j is codes[l * stride + j].  Each
+// lane sums in line order exactly as TwoGroupTest does, so the results are
+// bit-identical to testing the markers one by one.
+template <int Lanes>
+void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records);
+
+extern template void TwoGroupLanes<1>(int, const char*, std::ptrdiff_t, const float*, MarkerTest*);
+extern template void TwoGroupLanes<16>(int, const char*, std::ptrdiff_t, const float*, MarkerTest*);
+
+}  // namespace tov

@@ -1,0 +1,169 @@
+// Rows of the marker tables and of the stepwise block.  The expected lines
+// were formatted by reference/marker_tables.py from values worked out by
+// hand here.
+
+#include "mapping/MarkerTables.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "mapping/MarkerEffects.h"
+#include "mapping/StepModelTable.h"
+
+namespace tov {
+namespace {
+
+namespace fs = std::filesystem;
+
+const float NaN = std::numeric_limits<float>::quiet_NaN();
+
+// A file written through a TextOutput and read back as lines.
+class Capture {
+ public:
+  explicit Capture(const std::string& name)
+      : path_(fs::temp_directory_path() / ("tov-tables-" + name + "-" + std::to_string(::getpid()))) {
+    EXPECT_TRUE(unit.Create(path_.string()));
+  }
+  ~Capture() { fs::remove(path_); }
+  std::vector<std::string> Lines() {
+    unit.Close();
+    std::ifstream file(path_);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    return lines;
+  }
+  TextOutput unit;
+
+ private:
+  fs::path path_;
+};
+
+// Two environments; kept markers 2, 5, 9, 11, 12 of 12.
+void FillRun(RunData& run) {
+  run.NumEnvs = 2;
+  run.NumMarkers = 12;
+  run.MarkerName.Allocate(12);
+  for (int id = 1; id <= 12; ++id) run.MarkerName(id) = std::string("m").append(std::to_string(id));
+  run.MarkerName(5) = "LongMarkerName5";
+  for (std::string& name : run.MarkerName) name.resize(35, ' ');
+  run.NumMarkersKept = 5;
+  run.KeptMarker.Allocate(5);
+  const int kept[] = {2, 5, 9, 11, 12};
+  for (int m = 1; m <= 5; ++m) run.KeptMarker(m) = kept[m - 1];
+}
+
+MarkerTestTable Table() {
+  MarkerTestTable table;
+  table.NumTests = 5;
+  AllocMarkerTests(SingleMarkerMapping, table);
+  const float values[5][5] = {
+      {3.5f, 12.0f, 8.0f, 0.5f, 0.5f},    // VG = 0.5*144 + 0.5*64 - 100 = 4
+      {1.0f, 9.0f, 11.0f, 0.25f, 0.75f},  // VG = 111 - 10.5^2 = 0.75
+      {6.0f, NaN, 11.0f, 0.0f, 1.0f},     // monomorphic: no row anywhere
+      {4.0f, 7.0f, 13.0f, 0.5f, 0.5f},    // VG = 0.5*49 + 0.5*169 - 100 = 9
+      {0.0f, 10.0f, 10.0f, 0.5f, 0.5f},   // LOD 0.0 with both groups: a row
+  };
+  for (int m = 1; m <= 5; ++m) {
+    MarkerTest& test = table.Test(m);
+    test.MarkerIndex = m;
+    test.LOD(1) = values[m - 1][0];
+    test.GroupMean(1) = values[m - 1][1];
+    test.GroupMean(2) = values[m - 1][2];
+    test.GroupFreq(1) = values[m - 1][3];
+    test.GroupFreq(2) = values[m - 1][4];
+  }
+  return table;
+}
+
+TEST(WriteMarkerTables, FullAndSelectedRows) {
+  RunData run;
+  FillRun(run);
+  MarkerTestTable table = Table();
+  MarkSignificant(3.0f, table);
+  const float sumVG = SumGeneticVariance(table);
+  EXPECT_EQ(sumVG, 13.0f);
+  Capture all("all"), selected("selected");
+  // VarP 16: PVE 400/16 = 25, 75/16 = 4.6875, 900/16 = 56.25.  Selected,
+  // RSq 0.65 shared by VG over SumVG 13: 20 and 45, adding to 65.
+  WriteMarkerTables(all.unit, selected.unit, run, 1, "Height             ", 1, 16.0f, sumVG, 0.65f, table);
+  const std::vector<std::string> expectedAll = {
+      "           1              Height           1           2                                  m2      3.5000     25.0000      2.0000     12.0000      8.0000",
+      "           1              Height           1           5                     LongMarkerName5      1.0000      4.6875     -1.0000      9.0000     11.0000",
+      "           1              Height           1          11                                 m11      4.0000     56.2500     -3.0000      7.0000     13.0000",
+      "           1              Height           1          12                                 m12      0.0000      0.0000      0.0000     10.0000     10.0000",
+  };
+  const std::vector<std::string> expectedSelected = {
+      "           1              Height           1           2                                  m2      3.5000     20.0000      2.0000     12.0000      8.0000",
+      "           1              Height           1          11                                 m11      4.0000     45.0000     -3.0000      7.0000     13.0000",
+  };
+  EXPECT_EQ(all.Lines(), expectedAll);
+  EXPECT_EQ(selected.Lines(), expectedSelected);
+}
+
+TEST(WriteMarkerTables, MeanPassAndSharesThatCannotBeFormed) {
+  RunData run;
+  FillRun(run);
+  MarkerTestTable table = Table();
+  MarkSignificant(3.6f, table);  // flags marker 11 only
+  // VarP NaN (one kept line), SumVG 0 and RSq NaN give NaN shares, which
+  // print as 0.0.
+  Capture all("mean-all"), selected("mean-selected");
+  WriteMarkerTables(all.unit, selected.unit, run, 2, "Yield", 3, NaN, 0.0f, NaN, table);
+  const std::vector<std::string> lines = all.Lines();
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_EQ(lines[0],
+            "           2               Yield        Mean           2                                  m2      3.5000      0.0000      2.0000     12.0000      8.0000");
+  const std::vector<std::string> chosen = selected.Lines();
+  ASSERT_EQ(chosen.size(), 1u);
+  EXPECT_EQ(chosen[0].substr(0, 44), "           2               Yield        Mean");
+  EXPECT_EQ(chosen[0].substr(92, 24), "      4.0000      0.0000");
+}
+
+TEST(WriteMarkerTables, NoFlaggedMarkerLeavesTheSelectedTableEmpty) {
+  RunData run;
+  FillRun(run);
+  MarkerTestTable table = Table();
+  MarkSignificant(10.0f, table);
+  Capture all("none-all"), selected("none-selected");
+  WriteMarkerTables(all.unit, selected.unit, run, 1, "Height", 2, 16.0f, 0.0f, 0.0f, table);
+  EXPECT_EQ(all.Lines().size(), 4u);
+  EXPECT_TRUE(selected.Lines().empty());
+}
+
+StepModel Model(std::vector<int> terms, std::vector<float> coefs, float intercept, float adjRSquare) {
+  StepModel model;
+  model.NumTerms = static_cast<int>(terms.size());
+  model.TermIndex.Allocate(model.NumTerms);
+  for (int k = 1; k <= model.NumTerms; ++k) model.TermIndex(k) = terms[static_cast<std::size_t>(k - 1)];
+  model.Coef = {intercept};
+  model.Coef.insert(model.Coef.end(), coefs.begin(), coefs.end());
+  model.RSquare = 70.0f;
+  model.AdjRSquare = adjRSquare;
+  return model;
+}
+
+TEST(WriteStepModel, HeadingNamesTermsByMarkerID) {
+  RunData run;
+  FillRun(run);
+  Capture stp("stp");
+  // Terms at kept markers 2 and 5, whose IDs are 5 and 12.
+  WriteStepModel(stp.unit, run, 1, "Height", 2, Model({2, 5}, {1.25f, -0.5f}, 10.125f, 63.5f));
+  WriteStepModel(stp.unit, run, 1, "Height", 3, Model({}, {}, 9.75f, 0.0f));
+  const std::vector<std::string> expected = {
+      "     TraitID           TraitName Environment           5          12   Intercept    R-square",
+      "           1              Height           2      1.2500     -0.5000     10.1250     63.5000",
+      "     TraitID           TraitName Environment   Intercept    R-square",
+      "           1              Height        Mean      9.7500      0.0000",
+  };
+  EXPECT_EQ(stp.Lines(), expected);
+}
+
+}  // namespace
+}  // namespace tov

@@ -1,0 +1,408 @@
+"""An independent model of a mapping run's tables, for the expected files of
+the end-to-end projects.  The line values, the two-group test and the
+flagging follow the stated steps in float32 (see float32.py); the R-square
+of the flagged markers, the stepwise model and the additive fit are worked
+out in float64 from closed forms of least squares (scipy for the t
+distribution), which is exact enough for 4 decimals.  Tables are formatted
+with Python's own formatting."""
+import numpy as np
+from scipy import stats
+
+from float32 import NAN, f32, log10f
+
+MISSING = f32(-9999.0)
+
+
+def is_missing(v):
+    return np.isnan(v) or abs(v - MISSING) < f32(0.0001)
+
+
+def fill_line(cells):
+    """The missing-cell rule for one line: cells in the stated summing
+    order.  Returns the filled cells, or None for a line without data."""
+    mask = [0 if is_missing(c) else 1 for c in cells]
+    gaps = len(cells) - sum(mask)
+    if gaps == len(cells):
+        return None
+    if gaps == 0:
+        return list(cells)
+    s = f32(0.0)
+    for c, k in zip(cells, mask):
+        s = s + c * f32(k)
+    fill = s / f32(len(cells) - gaps)
+    return [c if k else fill for c, k in zip(cells, mask)]
+
+
+def line_means(pheno, t, e, num_envs, num_reps):
+    """pheno[line][t][e][r] as float32.  e = num_envs + 1 is the mean over
+    all environments, replications outer.  Returns (kept line numbers,
+    means)."""
+    kept, means = [], []
+    with np.errstate(all="ignore"):
+        for line, cells in enumerate(pheno, start=1):
+            if e <= num_envs:
+                order = [(e, r) for r in range(num_reps)]
+                filled = fill_line([cells[t][e - 1][r] for r in range(num_reps)])
+                divisor = f32(num_reps)
+            else:
+                # The rule runs over environments inner, replications outer
+                # for the sum of the fill; the mean sums the same way.
+                order = [(env, r) for r in range(num_reps) for env in range(1, num_envs + 1)]
+                filled = fill_line([cells[t][env - 1][r] for env, r in order])
+                divisor = f32(num_reps * num_envs)
+            if filled is None:
+                continue
+            s = f32(0.0)
+            for v in filled:
+                s = s + v
+            kept.append(line)
+            means.append(s / divisor)
+    return kept, means
+
+
+def column_variance(x):
+    with np.errstate(all="ignore"):
+        valid = [v for v in x if not is_missing(v)]
+        m = len(valid)
+        s, ss = f32(0.0), f32(0.0)
+        for v in valid:
+            s = s + v
+            ss = ss + v * v
+        mean = s / f32(m)
+        return ((ss / f32(m) - mean * mean) * f32(m)) / f32(m - 1)
+
+
+def log_density10(y, m, v):
+    if not np.isnan(v) and not v > f32(0.0):
+        return NAN
+    a = log10f(f32(6.283185) * v)
+    return -(f32(0.5) * a) - ((y - m) * (y - m)) / (f32(2.0) * v) / f32(2.3025851)
+
+
+def two_group_test(codes, y):
+    """codes: a string of genotype letters, y: float32 values."""
+    with np.errstate(all="ignore"):
+        typed = [i for i, c in enumerate(codes) if c in "AB"]
+        a_lines = [i for i in typed if codes[i] == "A"]
+        b_lines = [i for i in typed if codes[i] == "B"]
+        na, nb = len(a_lines), len(b_lines)
+
+        def total(lines, term):
+            s = f32(0.0)
+            for i in lines:
+                s = s + term(i)
+            return s
+
+        m0 = total(typed, lambda i: y[i]) / f32(na + nb)
+        ma = total(a_lines, lambda i: y[i]) / f32(na)
+        mb = total(b_lines, lambda i: y[i]) / f32(nb)
+        fa = f32(na) / f32(na + nb)
+        fb = f32(nb) / f32(na + nb)
+        v0 = total(typed, lambda i: (y[i] - m0) * (y[i] - m0)) / f32(na + nb - 1)
+        v1 = (total(a_lines, lambda i: (y[i] - ma) * (y[i] - ma)) +
+              total(b_lines, lambda i: (y[i] - mb) * (y[i] - mb))) / f32(na + nb - 1)
+        l0 = total(typed, lambda i: log_density10(y[i], m0, v0))
+        l1 = total(typed, lambda i: log_density10(y[i], ma if codes[i] == "A" else mb, v1))
+        lod = l1 - l0
+        if lod < f32(0.0):
+            lod = f32(0.0)
+        return {"LOD": lod, "Mean": (ma, mb), "Freq": (fa, fb)}
+
+
+def has_nan(record):
+    return any(np.isnan(v) for v in (record["LOD"],) + record["Mean"] + record["Freq"])
+
+
+def genetic_variance(record):
+    with np.errstate(all="ignore"):
+        f1, f2 = record["Freq"]
+        m1, m2 = record["Mean"]
+        total = f1 + f2
+        p1, p2 = f1 / total, f2 / total
+        mu = p1 * m1 + p2 * m2
+        q = p1 * (m1 * m1) + p2 * (m2 * m2)
+        vg = q - mu * mu
+        return f32(0.0) if np.isnan(vg) else vg
+
+
+def code_value(c):
+    return 1.0 if c == "A" else -1.0 if c == "B" else 0.0
+
+
+def r_square_of_flagged(columns, y):
+    """R-square of least squares with an intercept, in float64; asserts the
+    determinant branch that leads there (variances by N - 1 on the
+    diagonal, covariances by N elsewhere)."""
+    if not columns:
+        return 0.0
+    n = len(y)
+    x = np.array([[code_value(c) for c in col] for col in columns], dtype=np.float64)
+    xc = x - x.mean(axis=1, keepdims=True)
+    c = xc @ xc.T / n
+    np.fill_diagonal(c, (xc * xc).sum(axis=1) / (n - 1))
+    assert abs(np.linalg.det(c)) > 0.0001, "the stepwise branch would be taken"
+    yv = np.array(y, dtype=np.float64)
+    design = np.column_stack([np.ones(n)] + list(x))
+    beta, *_ = np.linalg.lstsq(design, yv, rcond=None)
+    sse = float(((yv - design @ beta) ** 2).sum())
+    sst = float(((yv - yv.mean()) ** 2).sum())
+    return (sst - sse) / sst
+
+
+def place(trait, name, env, num_envs):
+    label = "Mean".rjust(12) if env == num_envs + 1 else "%12d" % env
+    return "%12d" % trait + " " + name.rjust(19) + label
+
+
+def fixed(v):
+    v = f32(v)
+    if np.isnan(v):
+        return "NaN".rjust(12)
+    return "%12.4f" % float(v)
+
+
+def marker_tables(trait, name, env, num_envs, kept_markers, marker_names, records, var_p, threshold, rows_codes,
+                  y):
+    """Rows of the full and the selected table of one pass.  records in
+    kept-marker order; rows_codes the codes of each kept marker over the
+    kept lines."""
+    flagged = [not has_nan(r) and r["LOD"] > f32(threshold) for r in records]
+    sum_vg = f32(0.0)
+    for r, flag in zip(records, flagged):
+        if flag:
+            sum_vg = sum_vg + genetic_variance(r)
+    rsq = r_square_of_flagged([codes for codes, flag in zip(rows_codes, flagged) if flag], y)
+    full, selected, shares = [], [], []
+    with np.errstate(all="ignore"):
+        for marker_id, r, flag in zip(kept_markers, records, flagged):
+            if has_nan(r):
+                continue
+            m1, m2 = r["Mean"]
+            add = f32(0.5) * m1 - f32(0.5) * m2
+            vg = genetic_variance(r)
+            head = place(trait, name, env, num_envs) + "%12d" % marker_id + " " + marker_names[marker_id - 1].rjust(35)
+            pve = vg * f32(100.0) / f32(var_p)
+            pve = f32(0.0) if np.isnan(pve) or pve < 0 else pve
+            full.append(head + fixed(r["LOD"]) + fixed(pve) + fixed(add) + fixed(m1) + fixed(m2))
+            if flag:
+                share = (vg * f32(100.0) / sum_vg) * f32(rsq)
+                share = f32(0.0) if np.isnan(share) or share < 0 else share
+                # The share carries the last bits of the least-squares
+                # R-square, which only single precision defines: the printed
+                # digits must not move within two units of its last place.
+                near = f32(rsq)
+                for _ in range(2):
+                    near = np.nextafter(near, f32(-1.0))
+                for _ in range(5):
+                    assert fixed((vg * f32(100.0) / sum_vg) * near) == fixed(share), "share %r at a rounding edge" % share
+                    near = np.nextafter(near, f32(2.0))
+                shares.append(share)
+                selected.append(head + fixed(r["LOD"]) + fixed(share) + fixed(add) + fixed(m1) + fixed(m2))
+    return full, selected, shares, rsq
+
+
+def stepwise(columns, y, pin, pout):
+    """Forward-backward selection by partial t tests, as the covariance
+    sweep decides it: a candidate enters when its p, with the degrees of
+    freedom of the model it would join, is strictly below pin; a member
+    leaves when its p is strictly above pout.  Returns the selected column
+    indices (0-based, ascending), their slopes, the intercept and the
+    adjusted R-square in percent (0.0 when none entered), and the smallest
+    factor by which a p-value of the last step stood from its limit."""
+    n = len(y)
+    yv = np.array(y, dtype=np.float64)
+    x = [np.array([code_value(c) for c in col]) for col in columns]
+
+    def fit(members):
+        design = np.column_stack([np.ones(n)] + [x[j] for j in members])
+        beta, *_ = np.linalg.lstsq(design, yv, rcond=None)
+        resid = yv - design @ beta
+        sse = float(resid @ resid)
+        df = n - len(members) - 1
+        cov = np.linalg.inv(design.T @ design) * sse / df
+        t = np.abs(beta[1:] / np.sqrt(np.diag(cov)[1:]))
+        return beta, sse, t, 2 * (1 - stats.t.cdf(t, df))
+
+    model = []
+    margin = float("inf")
+    for _ in range(4 * len(columns)):
+        if model:
+            _, _, t, p = fit(model)
+            weakest = int(np.argmin(t))
+            margin = min(margin, pout / p[weakest])
+            if p[weakest] > pout:
+                model.pop(weakest)
+                continue
+        best = None
+        for j in range(len(columns)):
+            if j in model or np.var(x[j]) == 0:
+                continue
+            joined = sorted(model + [j])
+            _, _, t, p = fit(joined)
+            k = joined.index(j)
+            if best is None or t[k] > best[1]:
+                best = (j, t[k], p[k])
+        if best is not None and best[2] < pin:
+            model = sorted(model + [best[0]])
+            margin = float("inf")
+            continue
+        if best is not None:
+            margin = min(margin, best[2] / pin)
+        break
+    if not model:
+        return [], [], float(np.mean(yv)), 0.0, margin
+    beta, sse, _, _ = fit(model)
+    sst = float(((yv - yv.mean()) ** 2).sum())
+    adj = 100.0 * (1.0 - (sse / (n - len(model) - 1)) / (sst / (n - 1)))
+    return model, list(beta[1:]), float(beta[0]), max(adj, 0.0), margin
+
+
+def column_covariance(x, y):
+    """Sum of x y divided by M, less the product of the two means; 32 bits."""
+    m = len(x)
+    sx, sy, sxy = f32(0.0), f32(0.0), f32(0.0)
+    for a, b in zip(x, y):
+        sx = sx + a
+        sy = sy + b
+        sxy = sxy + a * b
+    return sxy / f32(m) - (sx / f32(m)) * (sy / f32(m))
+
+
+def distance(p, limit):
+    """The factor by which p stands from its limit, on either side."""
+    return max(p / limit, limit / p) if p > 0 else float("inf")
+
+
+def stepwise32(columns, y, pin, pout):
+    """The stepwise selection by covariance sweeps as the rules state it, in
+    float32: centred columns, the covariance matrix by N, sweeps of its
+    upper triangle, estimates read off the swept matrix, the intercept and
+    the adjusted R-square of the analysis of variance.  The p-values that
+    decide a step come from scipy in 64 bits; the margin returned (the
+    smallest factor by which a deciding p stood from its limit) shows that
+    32-bit p-values would decide the same.  Returns (terms 0-based, slopes,
+    intercept, adjusted R-square, margin) with float32 numbers."""
+    v, n = len(columns), len(y)
+    xbar = [f32(sum(int(code_value(c)) for c in col)) / f32(n) for col in columns]
+    cols = [[f32(code_value(c)) - xbar[m] for c in col] for m, col in enumerate(columns)]
+    s = f32(0.0)
+    for value in y:
+        s = s + value
+    ybar = s / f32(n)
+    cols.append([value - ybar for value in y])
+    nvar = v + 1
+    cov = [[column_covariance(cols[i], cols[j]) for j in range(nvar)] for i in range(nvar)]
+    tol = f32(100.0) * f32(2.0 ** -23)
+    idep = nvar - 1
+
+    def run(pin, pout):
+        a = [row[:] for row in cov]
+        scale = [cov[i][i] for i in range(nvar)]
+        swept = [f32(-1.0)] * nvar
+        hist = [0.0] * nvar
+
+        def at(i, j):
+            return a[min(i, j)][max(i, j)]
+
+        def sweep(k):
+            p = a[k][k]
+            if swept[k] <= 0:
+                refuse = p <= tol * scale[k] or any(
+                    swept[i] > 0 and f32(1.0) / (at(i, k) * at(i, k) / p + a[i][i]) < tol * scale[i]
+                    for i in range(nvar) if i != k)
+                if refuse:
+                    for j in range(nvar):
+                        a[k][j] = a[j][k] = f32(0.0)
+                    return
+            d = f32(1.0) / p
+            for i in range(k):
+                w = -d * a[i][k]
+                for j in range(i, k):
+                    a[i][j] = a[i][j] + swept[j] * w * swept[k] * a[j][k]
+                for j in range(k + 1, nvar):
+                    a[i][j] = a[i][j] + w * a[k][j]
+            for i in range(k + 1, nvar):
+                w = swept[i] * (-(d * swept[k])) * a[k][i]
+                for j in range(i, nvar):
+                    a[i][j] = a[i][j] + w * a[k][j]
+            for j in range(k + 1, nvar):
+                a[k][j] = a[k][j] * d
+            for i in range(k):
+                a[i][k] = a[i][k] * -d
+            a[k][k] = d
+            swept[k] = -swept[k]
+
+        def statistics(nvin):
+            rss = a[idep][idep]
+            out = []
+            with np.errstate(all="ignore"):
+                for i in range(v):
+                    if hist[i] > 0:
+                        est = a[i][idep]
+                        df = n - nvin - 1
+                        se = np.sqrt(a[i][i] * rss / f32(df)) if df > 0 else NAN
+                    else:
+                        df = n - nvin - 2
+                        if a[i][i] == 0:
+                            est, inner = f32(0.0), f32(0.0)
+                        else:
+                            est = a[i][idep] / a[i][i]
+                            inner = rss / a[i][i] - est * est
+                        se = np.sqrt(inner / f32(df)) if df > 0 and inner >= 0 else NAN
+                    t = est / se
+                    p = NAN if np.isnan(t) or df == 0 else 2 * stats.t.sf(abs(float(t)), df)
+                    out.append((est, t, p))
+            return out
+
+        nvin, step, margin = 0, 0, float("inf")
+        stat = statistics(nvin)
+        while True:
+            step += 1
+            moved = False
+            if nvin > 0:
+                cands = [i for i in range(v) if hist[i] > 0 and not np.isnan(stat[i][2])]
+                if cands:
+                    weakest = min(cands, key=lambda i: (abs(stat[i][1]), i))
+                    margin = min(margin, distance(stat[weakest][2], pout))
+                    if stat[weakest][2] > pout:
+                        sweep(weakest)
+                        nvin -= 1
+                        hist[weakest] = -step
+                        moved = True
+            if not moved:
+                cands = [i for i in range(v) if not hist[i] > 0 and not np.isnan(stat[i][2])]
+                if cands:
+                    best = max(cands, key=lambda i: (abs(stat[i][1]), -i))
+                    margin = min(margin, distance(stat[best][2], pin))
+                    if stat[best][2] < pin:
+                        sweep(best)
+                        nvin += 1
+                        hist[best] = step
+                        moved = True
+            if not moved:
+                break
+            stat = statistics(nvin)
+        adj = NAN
+        if nvin > 0:
+            sse = a[idep][idep]
+            ssr = scale[idep] - sse
+            dfr, dfe = f32(nvin), f32(n - nvin - 1)
+            mse = sse / dfe
+            q = mse / ((ssr + sse) / (dfr + dfe))
+            adj = f32(0.0) if q > 1 else f32(100.0) * (f32(1.0) - q)
+        return hist, stat, adj, margin
+
+    hist, stat, adj, margin = run(f32(pin), f32(pout))
+    runs = 1
+    while runs < 6 and f32(99.0) < adj <= f32(100.0):
+        pin, pout = f32(pin) / f32(2.0), f32(pout) / f32(2.0)
+        hist, stat, adj, margin = run(pin, pout)
+        runs += 1
+    terms = [i for i in range(v) if hist[i] > 0.5]
+    coef = [stat[i][0] if hist[i] > 0.5 else f32(0.0) for i in range(v)]
+    s = f32(0.0)
+    for i in range(v):
+        s = s + coef[i] * xbar[i]
+    intercept = ybar - s
+    adj = f32(0.0) if np.isnan(adj) else adj
+    return terms, [coef[i] for i in terms], intercept, adj, margin
