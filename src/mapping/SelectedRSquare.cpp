@@ -59,11 +59,7 @@ void RegressionSS(const float* y, const Array<float, 2>& X, float& SST, float& S
   for (int i = 1; i <= k + 1; ++i)
     for (int j = 1; j <= k + 1; ++j)
       C(i, j) = i == j ? ColumnVariance(n, &centred(1, i)) : ColumnCovariance(n, &centred(1, i), &centred(1, j));
-  Array<float, 2> leading(k, k);
-  for (int i = 1; i <= k; ++i)
-    for (int j = 1; j <= k; ++j) leading(i, j) = C(i, j);
-
-  if (std::fabs(DET(leading)) <= 0.0001f) {
+  if (std::fabs(DET(k, C)) <= 0.0001f) {
     RstepOptions options;
     options.ISTEP = 0;
     options.PIN = 0.1f;
