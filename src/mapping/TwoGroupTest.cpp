@@ -1,33 +1,11 @@
 #include "mapping/TwoGroupTest.h"
 
-#include <bit>
 #include <cstdint>
 
 #include "mapping/LogDensity.h"
+#include "numerics/LaneSelect.h"
 
 namespace tov {
-
-namespace {
-
-// Masked lines add +0.0 rather than being skipped, so that the lanes stay
-// in step.  A running sum that starts at +0.0 never becomes -0.0 and stays
-// unchanged by +0.0, and a select (not a product) keeps a NaN of an untyped
-// line out: the sums are those of the plain skipping loop.  The selects are
-// done on the bits, which vectorises where a conditional would not.
-inline std::uint32_t MaskOf(bool keep) { return 0u - static_cast<std::uint32_t>(keep); }
-
-// value where keep holds, +0.0 elsewhere.
-inline float KeepIf(bool keep, float value) {
-  return std::bit_cast<float>(std::bit_cast<std::uint32_t>(value) & MaskOf(keep));
-}
-
-// a where first holds, b elsewhere.
-inline float Choose(bool first, float a, float b) {
-  const std::uint32_t mask = MaskOf(first);
-  return std::bit_cast<float>((std::bit_cast<std::uint32_t>(a) & mask) | (std::bit_cast<std::uint32_t>(b) & ~mask));
-}
-
-}  // namespace
 
 template <int Lanes>
 void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records) {

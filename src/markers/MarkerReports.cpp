@@ -21,7 +21,7 @@ void WriteTriangle(TextOutput& unit, const Array<std::string, 1>& markerName, co
                    const Array<std::int32_t, 1>& ids) {
   const int count = static_cast<int>(ids.Size());
   const int shown = std::min(count, CorrelationTableLimit);
-  const int populationSize = static_cast<int>(values.Extent(1));
+  const Array<float, 2> correlation = GenotypeCorrelations(values, ids, shown);
   Row heading = Labels();
   for (int p = 1; p <= count; ++p) heading.Integer(ids(p), 12);
   unit.WriteLine(heading.Str());
@@ -29,7 +29,7 @@ void WriteTriangle(TextOutput& unit, const Array<std::string, 1>& markerName, co
     Row row;
     row.Integer(ids(p), 12).Blank().Text(markerName(ids(p)), 35);
     for (int q = 1; q <= p; ++q)
-      row.Fixed(GenotypeCorrelation(populationSize, &values(1, ids(p)), &values(1, ids(q))), 12, 4);
+      row.Fixed(correlation(p, q), 12, 4);
     unit.WriteLine(row.Str());
   }
   unit.WriteLine("");

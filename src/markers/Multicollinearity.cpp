@@ -4,6 +4,7 @@
 
 #include "markers/Binning.h"
 #include "numerics/Basic.h"
+#include "numerics/CorrelationMatrix.h"
 #include "numerics/ErrorPolicy.h"
 #include "numerics/PrincipalComponents.h"
 #include "run/Log.h"
@@ -18,19 +19,18 @@ Array<float, 2> GenotypeValues(const Array<char, 2>& columns) {
   return values;
 }
 
-float GenotypeCorrelation(int populationSize, const float* first, const float* second) {
-  return CorrelationOfValid(populationSize, first, second);
+Array<float, 2> GenotypeCorrelations(const Array<float, 2>& values, const Array<std::int32_t, 1>& ids, int count) {
+  const auto populationSize = values.Extent(1);
+  Array<float, 2> listed(populationSize, count);
+  for (int k = 1; k <= count; ++k)
+    for (std::int64_t line = 1; line <= populationSize; ++line) listed(line, k) = values(line, ids(k));
+  return CorrelationMatrixOfValid(listed);
 }
 
-Array<float, 2> BuildCorrelationMatrix(int populationSize, const Array<float, 2>& values,
-                                       const Array<std::int32_t, 1>& keptMarker) {
+Array<float, 2> BuildCorrelationMatrix(const Array<float, 2>& values, const Array<std::int32_t, 1>& keptMarker) {
   const int numKept = static_cast<int>(keptMarker.Size());
-  Array<float, 2> correlation(numKept, numKept);
-  correlation.Fill(1.0f);
-  for (int i = 1; i <= numKept; ++i)
-    for (int j = i + 1; j <= numKept; ++j)
-      correlation(i, j) = correlation(j, i) =
-          GenotypeCorrelation(populationSize, &values(1, keptMarker(i)), &values(1, keptMarker(j)));
+  Array<float, 2> correlation = GenotypeCorrelations(values, keptMarker, numKept);
+  for (int i = 1; i <= numKept; ++i) correlation(i, i) = 1.0f;
   return correlation;
 }
 
@@ -99,7 +99,7 @@ Array<std::int32_t, 1> HandleMulticollinearity(float conditionNumber, const Arra
 
   const Array<float, 2> values = GenotypeValues(columns);
   Array<std::int32_t, 1> kept = CopyKeptMarkers(numMarkers, deleted);
-  Array<float, 2> correlation = BuildCorrelationMatrix(populationSize, values, kept);
+  Array<float, 2> correlation = BuildCorrelationMatrix(values, kept);
   // Until a first index exists the loop must try a removal.
   float conditionIndex = std::numeric_limits<float>::infinity();
   ComputeConditionIndex(populationSize, correlation, conditionIndex);

@@ -15,12 +15,12 @@ namespace tov {
 // counts as a number).  [PopulationSize, NumMarkers], lines fastest.
 Array<float, 2> GenotypeValues(const Array<char, 2>& columns);
 
-// The correlation of two markers' genotype values over all lines.
-float GenotypeCorrelation(int populationSize, const float* first, const float* second);
+// The correlations over all lines of the genotype values of the first
+// count markers listed in ids, the diagonal included: [count, count].
+Array<float, 2> GenotypeCorrelations(const Array<float, 2>& values, const Array<std::int32_t, 1>& ids, int count);
 
 // 1.0 on the diagonal, the correlations of the kept markers elsewhere.
-Array<float, 2> BuildCorrelationMatrix(int populationSize, const Array<float, 2>& values,
-                                       const Array<std::int32_t, 1>& keptMarker);
+Array<float, 2> BuildCorrelationMatrix(const Array<float, 2>& values, const Array<std::int32_t, 1>& keptMarker);
 
 // The plain ratio of the largest to the smallest eigenvalue; infinity for
 // a smallest eigenvalue below 100 times the smallest normal number; the

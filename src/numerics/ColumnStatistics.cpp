@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "numerics/Basic.h"
+#include "numerics/PairSums.h"
 
 namespace tov {
 namespace {
@@ -17,15 +18,6 @@ struct ColumnSums {
   int Valid = 0;
   float Sum = 0.0f;
   float SumOfSquares = 0.0f;
-};
-
-struct PairSums {
-  int Valid = 0;
-  float SumX = 0.0f;
-  float SumY = 0.0f;
-  float SumXX = 0.0f;
-  float SumYY = 0.0f;
-  float SumXY = 0.0f;
 };
 
 ColumnSums SumColumn(int n, const float* x, int* numMissing) {
@@ -61,14 +53,6 @@ PairSums SumPairs(int n, const float* x, const float* y, int* numMissing) {
   return sums;
 }
 
-// E(xy) - E(x)E(y) with M as the divisor; also the population variance
-// when x and y are one column.
-float PopulationMoment(float sumXY, float sumX, float sumY, float m) {
-  const float meanX = sumX / m;
-  const float meanY = sumY / m;
-  return sumXY / m - meanX * meanY;
-}
-
 }  // namespace
 
 bool IsMissingValue(float value) {
@@ -95,14 +79,17 @@ float ColumnCovariance(int n, const float* x, const float* y, int* numMissing) {
   return PopulationMoment(sums.SumXY, sums.SumX, sums.SumY, static_cast<float>(sums.Valid));
 }
 
-float CorrelationOfValid(int n, const float* x, const float* y, int* numMissing) {
-  const PairSums sums = SumPairs<true>(n, x, y, numMissing);
+float CorrelationOfSums(const PairSums& sums) {
   if (sums.Valid < 1) return AMACH(6);
   const float m = static_cast<float>(sums.Valid);
   const float covariance = PopulationMoment(sums.SumXY, sums.SumX, sums.SumY, m);
   const float varianceX = PopulationMoment(sums.SumXX, sums.SumX, sums.SumX, m);
   const float varianceY = PopulationMoment(sums.SumYY, sums.SumY, sums.SumY, m);
   return covariance / std::sqrt(varianceX * varianceY);
+}
+
+float CorrelationOfValid(int n, const float* x, const float* y, int* numMissing) {
+  return CorrelationOfSums(SumPairs<true>(n, x, y, numMissing));
 }
 
 }  // namespace tov

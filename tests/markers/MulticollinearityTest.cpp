@@ -61,16 +61,25 @@ class StepTwo : public testing::Test {
 
 const std::vector<std::string> Linked = {"AAAAABBBBB", "AAAABBBBBB", "AAABBBBBBB", "BABABABABA"};
 
-TEST(GenotypeCorrelation, TakesTheCharacterCodesAsNumbersInSinglePrecision) {
-  const Genotypes g({"AAAAABBBBB", "AAAABBBBBB", "AAABBB", "BBBAAA"});
+TEST(GenotypeCorrelations, TakeTheCharacterCodesAsNumbersInSinglePrecision) {
+  const Genotypes g({"AAAAABBBBB", "AAAABBBBBB"});
   const Array<float, 2> values = GenotypeValues(g.columns);
   EXPECT_EQ(values(1, 1), 65.0f);
   EXPECT_EQ(values(6, 1), 66.0f);
+  Array<std::int32_t, 1> ids(2);
+  ids(1) = 2;
+  ids(2) = 1;
+  const Array<float, 2> r = GenotypeCorrelations(values, ids, 2);
   // The one-pass float formula loses digits: the exact value is 0.8165.
-  EXPECT_EQ(GenotypeCorrelation(10, &values(1, 1), &values(1, 2)), 0.8168952f);
-  const float missing[] = {88.0f, 65.0f, 66.0f, 66.0f};
-  const float typed[] = {65.0f, 65.0f, 66.0f, 66.0f};
-  EXPECT_LT(GenotypeCorrelation(4, missing, typed), 0.9f) << "a missing genotype counts as the number 88";
+  EXPECT_EQ(r(1, 2), 0.8168952f);
+  EXPECT_EQ(r(2, 1), r(1, 2));
+
+  const Genotypes withMissing({"XABB", "AABB"});
+  Array<std::int32_t, 1> both(2);
+  both(1) = 1;
+  both(2) = 2;
+  EXPECT_LT(GenotypeCorrelations(GenotypeValues(withMissing.columns), both, 2)(1, 2), 0.9f)
+      << "a missing genotype counts as the number 88";
 }
 
 TEST_F(StepTwo, RemovesFromTheMostCorrelatedPairUntilTheIndexIsWithinTheLimit) {
