@@ -71,54 +71,8 @@ TEST_F(Genotypes, ARowMayContinueOverLines) {
   EXPECT_EQ(block.Codes(2), "BAAA");
 }
 
-TEST_F(Genotypes, ACommentLineInsideTheBlockIsReadAsARow) {
-  // The second row is read from "! note": its name is "!" and its first
-  // token "no" (cut from "note"), which is no code.
-  const Block block = Read("M1 A B\n! note\nM2 A B\n", 2, 2);
-  EXPECT_EQ(block.Status, 2210);
-  EXPECT_EQ(Messages().back(), "--Error2210: cannot read MarkerType! MarkerID=2");
-}
-
-TEST_F(Genotypes, ARowWithTooFewTokensTakesTheNextRowsAndTheFaultComesLater) {
-  // Row 1 lacks a token and takes "X", the name of the second row; the rest
-  // of that line is dropped, row 2 is read from the third line, and row 3
-  // finds the end of the file.
-  const Block block = Read("M1 A B\nX A B A\nM3 B A X\n", 3, 3);
-  EXPECT_EQ(block.Status, 2201);
-  EXPECT_EQ(Messages().back(), "--Error2201: cannot read MarkerType! MarkerID=3");
-  ASSERT_EQ(block.Type.Extent(1), 2) << "the two markers accepted before the fault stay";
-  EXPECT_EQ(block.Codes(1), "ABX");
-  EXPECT_EQ(TrimTrailing(block.Name(2)), "M3");
-}
-
-TEST_F(Genotypes, AMarkerNeedsBothHomozygotes) {
-  EXPECT_EQ(Read("M1 A X B X X\n", 1, 5).Status, 0) << "one A and one B are enough";
-  EXPECT_EQ(Read("M1 A B A A B\nM2 A X A A X\n", 2, 5).Status, 2211);
-  EXPECT_EQ(Messages().back(), "--Error2211: Invalid MarkerType! MarkerID=2 LineID=5 Input MarkerType=");
-  EXPECT_EQ(Read("M1 B B X B B\n", 1, 5).Status, 2211);
-  EXPECT_EQ(Read("M1 X X X\n", 1, 3).Status, 2211) << "a marker missing at all lines is refused";
-  EXPECT_EQ(Read("M1 A\n", 1, 1).Status, 2211) << "one line shows one class only";
-}
-
-TEST_F(Genotypes, AnInvalidTokenEndsTheReadingAtItsMarker) {
-  EXPECT_EQ(Read("M1 A B X A\nM2 A 1 a B\n", 2, 4).Status, 2210);
-  EXPECT_EQ(Messages().back(), "--Error2210: cannot read MarkerType! MarkerID=2");
-  EXPECT_EQ(Read("M1 A B H\nM2 A B A\n", 2, 3).Status, 2210);
-  EXPECT_EQ(Messages().back(), "--Error2210: cannot read MarkerType! MarkerID=1");
-}
-
 TEST_F(Genotypes, AReadFailureComesBeforeAnInvalidTokenOfTheSameRow) {
   EXPECT_EQ(Read("M1 H B\n", 1, 4).Status, 2201);
-}
-
-TEST_F(Genotypes, NamesAreEqualOverTheir35Characters) {
-  const std::string stem(35, 'n');
-  const Block block = Read("other A B\n" + stem + "_one A B\n" + stem + "_two B A\n", 3, 2);
-  EXPECT_EQ(block.Status, 2230);
-  EXPECT_EQ(Messages().back(),
-            "--Error2230: two markers have same name! MarkerID1=3 MarkerID2=2 MarkerName=" + stem);
-  EXPECT_EQ(Read(stem.substr(1) + "a A B\n" + stem.substr(1) + "b A B\n", 2, 2).Status, 0)
-      << "names that differ in the 35th character are different";
 }
 
 TEST(DuplicateNames, TheLaterMarkerOfTheFirstPairFoundComesFirst) {
@@ -137,18 +91,6 @@ TEST(DuplicateNames, TheLaterMarkerOfTheFirstPairFoundComesFirst) {
 
   for (int i = 1; i <= 5; ++i) names(i) = std::string(1, static_cast<char>('a' + i));
   EXPECT_EQ(CheckDuplicateNames(names).Later, 0);
-}
-
-TEST_F(Genotypes, AHugeMarkerCountOnAShortFileEndsInAReadFailure) {
-  const Block block = Read("M1 A B\nM2 B A\nM3 A B\n", 2000000000, 2);
-  EXPECT_EQ(block.Status, 2201);
-  EXPECT_EQ(Messages().back(), "--Error2201: cannot read MarkerType! MarkerID=4");
-  EXPECT_EQ(block.Type.Extent(1), 3);
-}
-
-TEST_F(Genotypes, AHugeLineCountOnAShortFileEndsInAReadFailure) {
-  EXPECT_EQ(Read("M1 A B\nM2 B A\nM3 A B\n", 3, 2000000000).Status, 2201);
-  EXPECT_EQ(Messages().back(), "--Error2201: cannot read MarkerType! MarkerID=1");
 }
 
 TEST(TokenRows, TokensStayFromOneReadToTheNextAndNeverReadOnesAreBlank) {

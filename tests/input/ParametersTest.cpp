@@ -58,12 +58,6 @@ TEST_F(Parameters, ABlockMaySpreadOverLinesButHoldsNoCommentLine) {
   EXPECT_EQ(LastMessage(), "--Error3003: cannot read single marker analysis Indicator, Threshold LOD!");
 }
 
-TEST_F(Parameters, ConditionNumber) {
-  EXPECT_EQ(Read("! nothing but comments\n"), 3051);
-  EXPECT_EQ(LastMessage(), "--Error3051: cannot read conditional number to handle multicollinearity!");
-  EXPECT_EQ(Read("thirty\n"), 3051);
-}
-
 TEST_F(Parameters, SingleMarkerBlockChecksInItemOrder) {
   EXPECT_EQ(Read("1\n2 0.1\n"), 3004) << "the indicator is tested before the LOD";
   EXPECT_EQ(LastMessage(),
@@ -80,36 +74,6 @@ TEST_F(Parameters, NotANumberPassesTheThresholds) {
   EXPECT_TRUE(std::isnan(run->SMALOD));
   EXPECT_TRUE(std::isnan(run->AddPOUT));
   EXPECT_TRUE(std::isnan(run->SMAPermTypeI));
-}
-
-TEST_F(Parameters, MappingBlocksShareTheirChecksAndMessages) {
-  EXPECT_EQ(Read("1\n1 3\n3 0.1 0.9\n"), 3053);
-  EXPECT_EQ(LastMessage(), "--Error3053: Indicator for additive mapping out of range [0,1]! ICIM Indicator=3");
-  EXPECT_EQ(Read("1\n1 3\n1 0.1 0.9\n"), 3054);
-  EXPECT_EQ(LastMessage(), "--Error3054: LOD Threshold for additive mapping too small (>0.5)! LOD Threshold=0.10");
-  EXPECT_EQ(Read("1\n1 3\n1 3 0.26\n"), 3055);
-  EXPECT_EQ(LastMessage(), "--Error3055: PIN for additive mapping should be less than 0.25! PIN=0.26");
-  // The epistatic block speaks of additive mapping.
-  EXPECT_EQ(Read("1\n1 3\n1 3 0.01\n1 3 0.3\n"), 3055);
-  EXPECT_EQ(LastMessage(), "--Error3055: PIN for additive mapping should be less than 0.25! PIN=0.30");
-  EXPECT_EQ(run->AddPOUT, 0.02f) << "derived as soon as its block was accepted";
-  EXPECT_EQ(Read("1\n1 3\n1 3 0.01\n1 3\n"), 3052);
-  EXPECT_EQ(LastMessage(), "--Error3052: cannot read Indicator, LOD Threshold, PIN for additive mapping!");
-}
-
-TEST_F(Parameters, PermutationBlocks) {
-  const std::string head = "1\n1 3\n1 3 0.01\n1 3 0.01\n";
-  EXPECT_EQ(Read(head + "2 0 0\n"), 2030) << "the indicator is tested first";
-  EXPECT_EQ(LastMessage(), "--Error2030: Indicator of permutation test out of range [0,1]!");
-  EXPECT_EQ(Read(head + "0 0 0.05\n"), 2031) << "times are tested whatever the indicator";
-  EXPECT_EQ(LastMessage(), "--Error2031: Times of permutation test out of range [1,1000]!");
-  EXPECT_EQ(Read(head + "1 1001 0.05\n"), 2031);
-  EXPECT_EQ(Read(head + "1 10 0.0\n"), 2032);
-  EXPECT_EQ(LastMessage(), "--Error2032: Type I error rate of permutation test out of range (0,0.5)!");
-  EXPECT_EQ(Read(head + "1 10 0.05\n1 10 -0.01\n"), 2032) << "the second block has the same checks";
-  EXPECT_EQ(Read(head + "0 10 -5\n0 10 0\n0 10 0\n"), 0) << "the rate of a test that does not run is not tested";
-  EXPECT_EQ(Read(head + "1 10 0.05\n1 10 0.05\n"), 2029);
-  EXPECT_EQ(LastMessage(), "--Error2029: cannot read Indicator, Times, and TypeI error for PermuTest!");
 }
 
 TEST_F(Parameters, ASimulationReadsNoPermutationBlocks) {

@@ -97,42 +97,12 @@ TEST_F(Phenotypes, TheMissingTokenFlagOutlivesTheFile) {
   EXPECT_EQ(later.Phenotype(1, 1, 1, 1), -100.0f);
 }
 
-TEST_F(Phenotypes, ATokenThatIsNoRealGivesBoth2407And2406) {
-  const Block block = Read("Yield 1 2 3\n'Plant height' 3 abc 5\n", 3, 1, 1, 2);
-  EXPECT_EQ(block.Status, 2406);
-  const auto messages = Messages();
-  ASSERT_EQ(messages.size(), 2u);
-  EXPECT_EQ(messages[0], "--Error2407: Individual or line = 2; invalid phenotype = abc                 ");
-  EXPECT_EQ(messages[1], "--Error2406: Invalid phenotype found! TraitID=1 TraitName=Plant height");
-}
-
 TEST_F(Phenotypes, TokensAreCutTo20CharactersBeforeConversion) {
   // "0.125" and 15 zeros fill the 20 characters; the letters after them go.
   const Block block = Read("Yield 0.125000000000000000xyz 12345678901234567890123\n", 2);
   ASSERT_EQ(block.Status, 0);
   EXPECT_EQ(block.Phenotype(1, 1, 1, 1), 0.125f);
   EXPECT_EQ(block.Phenotype(2, 1, 1, 1), 12345678901234567890.0f);
-}
-
-TEST_F(Phenotypes, ACommentLineInsideTheBlockIsReadAsARow) {
-  const Block block = Read("Yield 1 2 3\n! note\nYield 4 5 6\n", 3, 1, 1, 2);
-  EXPECT_EQ(block.Status, 2406);
-  const auto messages = Messages();
-  ASSERT_EQ(messages.size(), 2u);
-  EXPECT_EQ(messages[0], "--Error2407: Individual or line = 1; invalid phenotype = note                ");
-  EXPECT_EQ(messages[1], "--Error2406: Invalid phenotype found! TraitID=1 TraitName=!");
-}
-
-TEST_F(Phenotypes, ARowWithTooFewTokensTakesTheNextRowsAndTheFileRunsShort) {
-  const Block block = Read("Yield 1 2\n8 3 4 5\n", 3, 1, 1, 2);
-  EXPECT_EQ(block.Status, 2405);
-  EXPECT_EQ(Messages().back(), "--Error2405: cannot read TraitName and Phenotype! TraitID=1");
-  EXPECT_EQ(block.Phenotype(3, 1, 1, 1), 8.0f) << "the first row took the name of the second";
-}
-
-TEST_F(Phenotypes, AReadFailureNamesTheTraitOfTheRow) {
-  EXPECT_EQ(Read("A 1 2\nA 3 4\nB 5 6\n", 2, 2, 1, 2).Status, 2405);
-  EXPECT_EQ(Messages().back(), "--Error2405: cannot read TraitName and Phenotype! TraitID=2");
 }
 
 TEST_F(Phenotypes, TheTokenRowIsBlankedOnceBeforeTheFirstRowOnly) {
@@ -145,11 +115,6 @@ TEST_F(Phenotypes, TheTokenRowIsBlankedOnceBeforeTheFirstRowOnly) {
   // Before the first row the tokens are blank, and a blank is no real.
   EXPECT_EQ(Read("Yield 4 /\n", 2).Status, 2406);
   EXPECT_EQ(Messages()[0], "--Error2407: Individual or line = 2; invalid phenotype =                     ");
-}
-
-TEST_F(Phenotypes, NoTraitsMeansNoRows) {
-  const Block block = Read("", 2, 0, 3, 4);
-  EXPECT_EQ(block.Status, 0);
 }
 
 TEST(PhenotypeRows, ValuesKeepSinglePrecisionAndNotANumberPassesTheMinus100Test) {

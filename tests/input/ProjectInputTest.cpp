@@ -65,15 +65,6 @@ TEST_F(ProjectInput, ASimulationProjectHasThreeHeadItems) {
   EXPECT_EQ(run->GenotypicValue(3), 0.5f);
 }
 
-// Each code of the head has its end-to-end case; these are the rules of
-// the lines the items stand on.
-TEST_F(ProjectInput, EveryHeadItemStandsOnALineOfItsOwn) {
-  EXPECT_EQ(Read("1 2 3 1 1 1\n"), 2016) << "the rest of the first line is dropped";
-  EXPECT_EQ(Read("1\n2\n3\n1\n1\n1\n\n"), 2201) << "so all six items are there";
-  EXPECT_EQ(Read("0\n"), 2002);
-  EXPECT_EQ(Read("1.0\n"), 2001) << "a count must be a whole number";
-}
-
 TEST_F(ProjectInput, NoTraitsLeaveAnEmptyPhenotypeBlock) {
   ASSERT_EQ(Read("1\n2\n3\n0\n2\n2\n" + Genotypes), 0);
   EXPECT_EQ(run->Phenotype.Size(), 0u);
@@ -92,20 +83,6 @@ TEST_F(ProjectInput, AFaultInTheGenotypeBlockEndsTheReading) {
   EXPECT_EQ(LastMessage(), "--Error2230: two markers have same name! MarkerID1=2 MarkerID2=1 MarkerName=M1");
   EXPECT_FALSE(run->TraitName.IsAllocated());
   EXPECT_FALSE(run->Phenotype.IsAllocated());
-}
-
-TEST_F(ProjectInput, HugeCountsOnShortFilesEndInReadFailures) {
-  EXPECT_EQ(Read("1\n2000000000\n3\n1\n1\n1\n" + Genotypes + "M3 A B B\n"), 2201);
-  EXPECT_EQ(LastMessage(), "--Error2201: cannot read MarkerType! MarkerID=4");
-  EXPECT_EQ(run->NumMarkersKept, 2000000000);
-  EXPECT_EQ(Read("2\n2\n2000000000\n" + Genotypes), 2201);
-  EXPECT_EQ(LastMessage(), "--Error2201: cannot read MarkerType! MarkerID=1");
-  // No arrays of two thousand million rows: the rows are read for the fault.
-  EXPECT_EQ(Read("1\n2\n3\n1\n1\n2000000000\n" + Genotypes + "T 1 2 3\nT 4 5 6\n"), 2405);
-  EXPECT_EQ(LastMessage(), "--Error2405: cannot read TraitName and Phenotype! TraitID=1");
-  EXPECT_FALSE(run->Phenotype.IsAllocated());
-  EXPECT_EQ(Read("1\n2\n3\n2147483647\n2147483647\n2147483647\n" + Genotypes + "T 1 2 x\n"), 2406);
-  EXPECT_EQ(Read("1\n2\n3\n0\n2147483647\n2147483647\n" + Genotypes), 0);
 }
 
 }  // namespace

@@ -80,30 +80,5 @@ TEST_F(SimulationModel, HeritabilityAtItsEnds) {
   EXPECT_EQ(LastMessage(), "--Error3504: Heritability out of range (0.0, 1.0)! Heritability=-0.10");
 }
 
-TEST_F(SimulationModel, HeadChecksInItemOrder) {
-  EXPECT_EQ(Read("-1 -1 2\n"), 3502);
-  EXPECT_EQ(LastMessage(), "--Error3502: Number of QTL must be a positive integer number! NumQTL=-1");
-  EXPECT_EQ(Read("1 -1 2\n"), 3503);
-  EXPECT_EQ(LastMessage(),
-            "--Error3503: Number of Simulations must be a positive integer number! NumSimulations=-1");
-  EXPECT_EQ(Read("1 5\n"), 3501);
-  EXPECT_EQ(LastMessage(), "--Error3501: cannot read NumQTL, NumSimulations, Heritability!");
-}
-
-TEST_F(SimulationModel, PositionsAreMarkerIDsReadWithoutSkippingComments) {
-  EXPECT_EQ(Read("2 5 0.5\n1\n4\n1 1\n"), 0) << "positions may stand on lines of their own";
-  EXPECT_EQ(Read("2 5 0.5\n1 5\n1 1\n"), 3506);
-  EXPECT_EQ(LastMessage(), "--Error3506: QTL position out of range [1, NumMarkers]! QTL position=5");
-  EXPECT_EQ(Read("2 5 0.5\n0 9\n1 1\n"), 3506);
-  EXPECT_EQ(LastMessage(), "--Error3506: QTL position out of range [1, NumMarkers]! QTL position=0");
-  EXPECT_EQ(Read("2 5 0.5\n! positions\n1 4\n1 1\n"), 3505);
-  EXPECT_EQ(LastMessage(), "--Error3505: cannot read QTL positions (i.e. markers having QTL)!");
-  EXPECT_EQ(Read("2 5 0.5\n1 4\n! effects\n1 1\n"), 3507);
-}
-
-TEST_F(SimulationModel, AHugeQTLCountOnAShortFileEndsInAReadFailure) {
-  EXPECT_EQ(Read("2000000000 5 0.5\n1 2 3\n"), 3505);
-}
-
 }  // namespace
 }  // namespace tov

@@ -10,12 +10,10 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "mapping/MarkerEffects.h"
-#include "mapping/StepModelTable.h"
 
 namespace tov {
 namespace {
@@ -82,31 +80,6 @@ MarkerTestTable Table() {
   return table;
 }
 
-TEST(WriteMarkerTables, FullAndSelectedRows) {
-  RunData run;
-  FillRun(run);
-  MarkerTestTable table = Table();
-  MarkSignificant(3.0f, table);
-  const float sumVG = SumGeneticVariance(table);
-  EXPECT_EQ(sumVG, 13.0f);
-  Capture all("all"), selected("selected");
-  // VarP 16: PVE 400/16 = 25, 75/16 = 4.6875, 900/16 = 56.25.  Selected,
-  // RSq 0.65 shared by VG over SumVG 13: 20 and 45, adding to 65.
-  WriteMarkerTables(all.unit, selected.unit, run, 1, "Height             ", 1, 16.0f, sumVG, 0.65f, table);
-  const std::vector<std::string> expectedAll = {
-      "           1              Height           1           2                                  m2      3.5000     25.0000      2.0000     12.0000      8.0000",
-      "           1              Height           1           5                     LongMarkerName5      1.0000      4.6875     -1.0000      9.0000     11.0000",
-      "           1              Height           1          11                                 m11      4.0000     56.2500     -3.0000      7.0000     13.0000",
-      "           1              Height           1          12                                 m12      0.0000      0.0000      0.0000     10.0000     10.0000",
-  };
-  const std::vector<std::string> expectedSelected = {
-      "           1              Height           1           2                                  m2      3.5000     20.0000      2.0000     12.0000      8.0000",
-      "           1              Height           1          11                                 m11      4.0000     45.0000     -3.0000      7.0000     13.0000",
-  };
-  EXPECT_EQ(all.Lines(), expectedAll);
-  EXPECT_EQ(selected.Lines(), expectedSelected);
-}
-
 TEST(WriteMarkerTables, MeanPassAndSharesThatCannotBeFormed) {
   RunData run;
   FillRun(run);
@@ -124,45 +97,6 @@ TEST(WriteMarkerTables, MeanPassAndSharesThatCannotBeFormed) {
   ASSERT_EQ(chosen.size(), 1u);
   EXPECT_EQ(chosen[0].substr(0, 44), "           2               Yield        Mean");
   EXPECT_EQ(chosen[0].substr(92, 24), "      4.0000      0.0000");
-}
-
-TEST(WriteMarkerTables, NoFlaggedMarkerLeavesTheSelectedTableEmpty) {
-  RunData run;
-  FillRun(run);
-  MarkerTestTable table = Table();
-  MarkSignificant(10.0f, table);
-  Capture all("none-all"), selected("none-selected");
-  WriteMarkerTables(all.unit, selected.unit, run, 1, "Height", 2, 16.0f, 0.0f, 0.0f, table);
-  EXPECT_EQ(all.Lines().size(), 4u);
-  EXPECT_TRUE(selected.Lines().empty());
-}
-
-StepModel Model(std::vector<int> terms, std::vector<float> coefs, float intercept, float adjRSquare) {
-  StepModel model;
-  model.NumTerms = static_cast<int>(terms.size());
-  model.TermIndex.Allocate(model.NumTerms);
-  for (int k = 1; k <= model.NumTerms; ++k) model.TermIndex(k) = terms[static_cast<std::size_t>(k - 1)];
-  model.Coef = {intercept};
-  model.Coef.insert(model.Coef.end(), coefs.begin(), coefs.end());
-  model.RSquare = 70.0f;
-  model.AdjRSquare = adjRSquare;
-  return model;
-}
-
-TEST(WriteStepModel, HeadingNamesTermsByMarkerID) {
-  RunData run;
-  FillRun(run);
-  Capture stp("stp");
-  // Terms at kept markers 2 and 5, whose IDs are 5 and 12.
-  WriteStepModel(stp.unit, run, 1, "Height", 2, Model({2, 5}, {1.25f, -0.5f}, 10.125f, 63.5f));
-  WriteStepModel(stp.unit, run, 1, "Height", 3, Model({}, {}, 9.75f, 0.0f));
-  const std::vector<std::string> expected = {
-      "     TraitID           TraitName Environment           5          12   Intercept    R-square",
-      "           1              Height           2      1.2500     -0.5000     10.1250     63.5000",
-      "     TraitID           TraitName Environment   Intercept    R-square",
-      "           1              Height        Mean      9.7500      0.0000",
-  };
-  EXPECT_EQ(stp.Lines(), expected);
 }
 
 }  // namespace

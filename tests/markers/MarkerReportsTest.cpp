@@ -3,67 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sstream>
 #include <string>
 
 namespace tov {
 namespace {
-
-// Correlations below come from a step-by-step numpy float32 model of the
-// one-pass formula on the character codes.
-
-class Reports : public testing::Test {
- protected:
-  Reports() : names(3), markerType(3, 4), kept(2) {
-    const char* rows[] = {"ABAB", "AABB", "ABAX"};
-    for (int m = 1; m <= 3; ++m) {
-      names(m) = std::string("M");
-      names(m) += static_cast<char>('0' + m);
-      names(m).resize(35, ' ');
-      for (int l = 1; l <= 4; ++l) markerType(m, l) = rows[m - 1][l - 1];
-    }
-    kept(1) = 1;
-    kept(2) = 2;
-  }
-  std::string Written(void (*write)(TextOutput&, const Array<std::string, 1>&, const Array<char, 2>&,
-                                    const Array<std::int32_t, 1>&)) {
-    const std::string path = testing::TempDir() + "/report.txt";
-    TextOutput unit;
-    EXPECT_TRUE(unit.Create(path));
-    write(unit, names, markerType, kept);
-    unit.Close();
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
-  Array<std::string, 1> names;
-  Array<char, 2> markerType;
-  Array<std::int32_t, 1> kept;
-};
-
-const std::string Labels = "    MarkerID                          MarkerName";
-
-TEST_F(Reports, MarkerTableCountsTheLettersAndFlagsWhatIsNotKept) {
-  EXPECT_EQ(Written(WriteMarkerTable),
-            Labels + " Size(Donor) Size(Bkgrd)     Missing     Deleted\n" +
-                "           1                                  M1           2           2           0           0\n"
-                "           2                                  M2           2           2           0           0\n"
-                "           3                                  M3           2           1           1           1\n");
-}
-
-TEST_F(Reports, CorrelationReportHasTwoLowerTrianglesWithoutTrailingBlanks) {
-  EXPECT_EQ(Written(WriteCorrelationReport),
-            Labels + "           1           2           3\n" +
-                "           1                                  M1      1.0000\n"
-                "           2                                  M2      0.0000      1.0000\n"
-                "           3                                  M3      0.6108      0.5599      1.0000\n"
-                "\n" +
-                Labels + "           1           2\n" +
-                "           1                                  M1      1.0000\n"
-                "           2                                  M2      0.0000      1.0000\n"
-                "\n");
-}
 
 TEST(CorrelationReport, EachTableStopsAtOneThousandMarkers) {
   const int numMarkers = 1001;

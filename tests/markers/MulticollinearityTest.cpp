@@ -93,20 +93,6 @@ TEST_F(StepTwo, RemovesFromTheMostCorrelatedPairUntilTheIndexIsWithinTheLimit) {
                        "           2          2.\n\n");
 }
 
-TEST_F(StepTwo, AnIndexWithinTheLimitWritesTitleHeaderAndClosingRow) {
-  EXPECT_EQ(Run(Genotypes(Linked), 30.0f), (std::vector<int>{1, 2, 3, 4}));
-  EXPECT_EQ(Log(), "Step 2: Handling multicollinearity\n" + Header + "\n           0         25.\n\n");
-}
-
-TEST_F(StepTwo, ALimitBelowOneLeavesASingleMarker) {
-  // After M1 and M2, the pair (M3, M4) correlates negatively but is the
-  // only pair; equal-or-fewer donors at First remove Second.
-  EXPECT_EQ(Run(Genotypes(Linked), 0.5f), (std::vector<int>{3}));
-  const std::string log = Log();
-  EXPECT_NE(log.find("-0.2171                                  M4\n"), std::string::npos) << log;
-  EXPECT_NE(log.find("\n           3          1.\n\n"), std::string::npos) << log;
-}
-
 TEST_F(StepTwo, ANegativePairOneIsActedOnAndATieRemovesTheSecond) {
   EXPECT_EQ(Run(Genotypes({"AAABBB", "BBBAAA"}), 10.0f), (std::vector<int>{1}));
   const std::string log = Log();

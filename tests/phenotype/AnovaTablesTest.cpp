@@ -11,22 +11,6 @@ namespace {
 // Expected lines were composed in python with '%15s', '%15d', '%15.4f' and
 // a hand-written 0.dddd E form, independent of the writer under test.
 
-TEST(AnovaTables, TheTwoSummarySpellingsDifferInTheirBlanks) {
-  EXPECT_EQ(SummaryHeading(SummarySpelling::OneWay),
-            "    R-square(%) AdjustedR^2(%)   Est.Std.Dev.           Mean");
-  EXPECT_EQ(SummaryHeading(SummarySpelling::TwoWay),
-            "   R-square (%) AdjustedR^2(%) Est. Std. Dev.           Mean");
-  EXPECT_EQ(SourceHeading(),
-            "         Source             DF             SS             MS              F              P");
-}
-
-TEST(AnovaTables, RowsStopAfterTheirLastValue) {
-  EXPECT_EQ(SourceRow("A (Lines)", 4.0f, {12.5f, 3.125f, 2.5f, 0.0123456f}, 4),
-            "      A (Lines)              4        12.5000         3.1250         2.5000    0.1235E-001");
-  EXPECT_EQ(SourceRow("Within Groups", 10.0f, {8.0f, 0.8f}, 2), "  Within Groups             10         8.0000         0.8000");
-  EXPECT_EQ(SourceRow("Total", 14.0f, {20.5f}, 1), "          Total             14        20.5000");
-}
-
 TEST(AnovaTables, DegreesOfFreedomAreRoundedToNearest) {
   EXPECT_EQ(SourceRow("x", 2.5f, {}, 0), "              x              3");
   EXPECT_EQ(SourceRow("x", 3.4999f, {}, 0), "              x              3");

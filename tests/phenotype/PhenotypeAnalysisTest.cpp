@@ -7,7 +7,6 @@
 
 #include "StaFileReader.h"
 #include "numerics/ErrorPolicy.h"
-#include "phenotype/AnovaTables.h"
 
 namespace tov {
 namespace {
@@ -27,16 +26,6 @@ Array<float, 4> OneTrait(int envs, int reps, const std::vector<std::vector<float
 }
 
 // Variances of the line means below are numpy.var(..., ddof=1) in float64.
-
-TEST(PhenotypeAnalysis, OneEnvironmentFillsBothColumnsAlike) {
-  const Array<float, 4> phenotype = OneTrait(1, 1, {{1}, {2}, {Missing}, {4}});
-  Array<float, 2> variance(1, 2);
-  ScratchFile sta("pa-one-env");
-  PhenotypeAnalysis(sta.Unit(), 4, 1, 1, 1, phenotype, variance);
-  EXPECT_NEAR(variance(1, 1), 2.333333, 1e-5) << "the missing line is left out";
-  EXPECT_EQ(variance(1, 2), variance(1, 1));
-  EXPECT_TRUE(sta.Lines().empty()) << "one replication: no analysis of variance";
-}
 
 TEST(PhenotypeAnalysis, TwoEnvironmentsOneReplicationFillAllColumns) {
   const Array<float, 4> phenotype = OneTrait(2, 1, {{1, 2}, {2, 2}, {4, 5}});
@@ -72,22 +61,6 @@ TEST(PhenotypeAnalysis, AnEnvironmentWithoutDataHasNoVariance) {
   EXPECT_EQ(variance(1, 1), 2.0f);
   EXPECT_TRUE(std::isnan(variance(1, 2)));
   EXPECT_EQ(variance(1, 3), 2.0f) << "each line filled with its environment-1 value";
-}
-
-TEST(PhenotypeAnalysis, TablesFollowTheLoopAndEachTraitsOrder) {
-  // Two traits, two environments, two replications: for each trait one
-  // one-way table per environment and then the two-way table.
-  Array<float, 4> phenotype(3, 2, 2, 2);
-  float v = 1.0f;
-  for (float& cell : phenotype) cell = (v += 1.37f);
-  Array<float, 2> variance(2, 3);
-  ScratchFile sta("pa-order");
-  PhenotypeAnalysis(sta.Unit(), 3, 2, 2, 2, phenotype, variance);
-  std::vector<std::string> headings;
-  for (const std::string& line : sta.Lines())
-    if (line == SummaryHeading(SummarySpelling::OneWay)) headings.push_back("one");
-    else if (line == SummaryHeading(SummarySpelling::TwoWay)) headings.push_back("two");
-  EXPECT_EQ(headings, (std::vector<std::string>{"one", "one", "two", "one", "one", "two"}));
 }
 
 }  // namespace

@@ -56,28 +56,6 @@ TEST(Messages, ConsoleVariantsDifferFromTheLog) {
   EXPECT_EQ(same[0].Log, same[0].Console);
 }
 
-TEST(Messages, TextsAreKeptAsTheSystemWordsThem) {
-  EXPECT_EQ(LogOf(ComposeRun(1005, "", 0, 0, {})), "--Error1005: cannot read iuput file name in mio file!\n");
-  EXPECT_EQ(LogOf(ComposeRun(1016, "", 0, 0, {})), "  Dealing with redundancy and multi-collinearality...\n");
-  EXPECT_EQ(LogOf(ComposeParameter(3053, 2, 0)),
-            "--Error3053: Indicator for additive mapping out of range [0,1]! ICIM Indicator=2\n");
-  EXPECT_EQ(LogOf(ComposeMarker(2211, 4, 60, " ")),
-            "--Error2211: Invalid MarkerType! MarkerID=4 LineID=60 Input MarkerType=\n");
-  EXPECT_EQ(LogOf(ComposeMarker(2230, 9, 2, "M2   ")),
-            "--Error2230: two markers have same name! MarkerID1=9 MarkerID2=2 MarkerName=M2\n");
-  EXPECT_EQ(LogOf(ComposeModel(3504, 0, 1.5f)), "--Error3504: Heritability out of range (0.0, 1.0)! Heritability=1.50\n");
-  EXPECT_EQ(LogOf(ComposeCheck(1101, "DLL CheckErrorTOV")),
-            "--Error1101: error found in DLL! DLL name=DLL CheckErrorTOV\n");
-  EXPECT_EQ(LogOf(ComposeCheck(1102, "DLL CheckErrorTOV")), "DLL CheckErrorTOV run successfully!\n");
-  EXPECT_EQ(LogOf(ComposeMapping(1202, 1, 3)), "  QTL mapping for environment 3\n");
-}
-
-TEST(Messages, TheInvalidPhenotypeTokenStandsAtItsFullWidth) {
-  EXPECT_EQ(LogOf(ComposePhenotype(2407, 12, "abc                 ")),
-            "--Error2407: Individual or line = 12; invalid phenotype = abc                 \n");
-  EXPECT_EQ(LogOf(ComposePhenotype(2406, 1, "Yield    ")), "--Error2406: Invalid phenotype found! TraitID=1 TraitName=Yield\n");
-}
-
 TEST(Messages, CodesWithoutTextWriteNothing) {
   EXPECT_TRUE(ComposeRun(1020, "x", 0, 0, {}).empty());
   EXPECT_TRUE(ComposeMapping(1204, 1, 1).empty());
