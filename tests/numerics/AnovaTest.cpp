@@ -90,28 +90,6 @@ TEST(ANWAY, TwoFactorsWithInteractionMatchReference) {
   ExpectEffect(effects.AxB, 2.0, 16.5416666666667, 36.9302325581396, 0.000424090208439781);
 }
 
-// Levels of B and replications differ here, so that a factor of the one
-// cannot stand in for the other.
-TEST(ANWAY, LargerLayoutMatchesReference) {
-  // y = 10 + a / 2 + b / 4 + ((7a + 3b + 5r) mod 11) / 4.
-  const int levels[] = {4, 2, 3};
-  std::vector<float> y;
-  for (int a = 1; a <= 4; ++a)
-    for (int b = 1; b <= 2; ++b)
-      for (int r = 1; r <= 3; ++r)
-        y.push_back(10.0f + static_cast<float>(a) * 0.5f + static_cast<float>(b) * 0.25f +
-                    static_cast<float>((a * 7 + b * 3 + r * 5) % 11) / 4.0f);
-  AovTable aov;
-  TwoWayEffects effects;
-  ASSERT_TRUE(ANWAY(levels, y.data(), aov, effects));
-  ExpectAov(aov, {7.0, 16.0, 23.0, 8.83072916666663, 12.1666666666667, 20.9973958333333, 1.26153273809523,
-                  0.760416666666666, 1.65900195694716, 0.189819910310859, 42.056306585638, 16.7059407168547,
-                  0.872018730685681, 12.8645833333333, 6.77844519399396});
-  ExpectEffect(effects.A, 3.0, 7.29947916666663, 3.19977168949771, 0.0517129822391563);
-  ExpectEffect(effects.B, 1.0, 0.585937499999993, 0.770547945205471, 0.393038460479859);
-  ExpectEffect(effects.AxB, 3.0, 0.945312500000005, 0.414383561643838, 0.7449917749084);
-}
-
 TEST(ANWAY, EverySubscriptNeedsTwoLevels) {
   const float y[8] = {1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 6.0f, 7.0f, 8.0f};
   const int levels[][3] = {{1, 4, 2}, {4, 1, 2}, {2, 4, 1}};

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 
 namespace tov {
 namespace {
@@ -19,31 +18,6 @@ TEST(Array, FirstIndexVariesFastestAndIndicesStartAtOne) {
   EXPECT_EQ(a.Extent(3), 4);
 }
 
-TEST(Array, AllocatedStateIsDistinctFromSize) {
-  Array<float, 2> a;
-  EXPECT_FALSE(a.IsAllocated());
-  a.Allocate(0, 5);
-  EXPECT_TRUE(a.IsAllocated());
-  EXPECT_EQ(a.Size(), 0u);
-  a.Release();
-  EXPECT_FALSE(a.IsAllocated());
-  a.Allocate(-3, 2);
-  EXPECT_EQ(a.Size(), 0u);
-}
-
-TEST(Array, StartsValueInitialisedAndCopiesDeeply) {
-  Array<std::string, 1> names(3);
-  EXPECT_EQ(names(2), "");
-  names(2) = "M2";
-  Array<std::string, 1> copy = names;
-  copy(2) = "other";
-  EXPECT_EQ(names(2), "M2");
-  EXPECT_EQ(copy.Extent(1), 3);
-  Array<float, 1> x(4);
-  x.Fill(2.5f);
-  for (float e : x) EXPECT_EQ(e, 2.5f);
-}
-
 TEST(Array, ViewSharesStorage) {
   float raw[6] = {1, 2, 3, 4, 5, 6};
   ArrayView<float, 2> m(raw, 3, 2);
@@ -51,14 +25,6 @@ TEST(Array, ViewSharesStorage) {
   EXPECT_EQ(m(1, 2), 4.0f);
   m(2, 2) = 9.0f;
   EXPECT_EQ(raw[4], 9.0f);
-}
-
-TEST(FixedArray, IsOneBased) {
-  FixedArray<float, 3> f;
-  f(1) = 1.0f;
-  f(3) = 3.0f;
-  EXPECT_EQ(f.Element[0], 1.0f);
-  EXPECT_EQ(f.Element[2], 3.0f);
 }
 
 }  // namespace

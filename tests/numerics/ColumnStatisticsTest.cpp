@@ -103,14 +103,5 @@ TEST(CorrelationOfValid, SmallExactCaseAndConstantColumn) {
   EXPECT_TRUE(std::isnan(CorrelationOfValid(0, x, c)));
 }
 
-TEST(CorrelationOfValid, GenotypeCharacterCodesIncludeX) {
-  // 'A' 65, 'B' 66, 'X' 88 are all values here.  numpy.corrcoef gives
-  // 0.99753695 for these columns; the 32-bit one-pass value (numpy.float32
-  // step by step) is 0.9975345730781555.
-  const float a[] = {65.0f, 66.0f, 88.0f, 65.0f, 66.0f};
-  const float b[] = {65.0f, 66.0f, 88.0f, 66.0f, 65.0f};
-  EXPECT_EQ(CorrelationOfValid(5, a, b), 0.9975345730781555f);
-}
-
 }  // namespace
 }  // namespace tov

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdint>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -32,22 +29,6 @@ TEST(RNPER, OneElementDrawsNothing) {
   RNPER(1, iper);
   EXPECT_EQ(iper[0], 1);
   EXPECT_EQ(StreamStateForTesting(), 4242);
-}
-
-TEST(RNPER, ConsumesKMinusOneDrawsAndGivesAPermutation) {
-  for (int k : {2, 3, 17, 100, 257}) {
-    StartStreamForTesting(31337);
-    std::vector<int> iper(static_cast<std::size_t>(k));
-    RNPER(k, iper.data());
-    const std::int32_t afterPermutation = StreamStateForTesting();
-    StartStreamForTesting(31337);
-    for (int i = 1; i < k; ++i) UniformDraw();
-    EXPECT_EQ(afterPermutation, StreamStateForTesting()) << k;
-    std::sort(iper.begin(), iper.end());
-    std::vector<int> identity(static_cast<std::size_t>(k));
-    std::iota(identity.begin(), identity.end(), 1);
-    EXPECT_EQ(iper, identity) << k;
-  }
 }
 
 TEST(RNPER, PositionIsNotClampedToI) {
@@ -92,23 +73,6 @@ TEST(PERMU, BothPathsOnAHandWorkedPermutation) {
   EXPECT_EQ(std::vector<float>(y, y + 5), (std::vector<float>{20.0f, 40.0f, 10.0f, 50.0f, 30.0f}));
   EXPECT_EQ(std::vector<int>(p, p + 5), (std::vector<int>{3, 1, 5, 2, 4}));
   EXPECT_EQ(x[0], 10.0f);
-}
-
-TEST(PERMU, CycleFollowingMatchesTheDefinitionOnRandomPermutations) {
-  StartStreamForTesting(2024);
-  for (int n : {1, 2, 7, 64, 301}) {
-    std::vector<int> p(static_cast<std::size_t>(n));
-    RNPER(n, p.data());
-    std::vector<float> x(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i) x[i] = static_cast<float>(i * i) + 0.5f;
-    std::vector<float> y1(x.size()), y2(x.size());
-    PERMU(n, x.data(), p.data(), 1, y1.data());
-    PERMU(n, x.data(), p.data(), 2, y2.data());
-    for (int i = 0; i < n; ++i) {
-      EXPECT_EQ(y1[i], x[p[i] - 1]) << n << " " << i;
-      EXPECT_EQ(y2[p[i] - 1], x[i]) << n << " " << i;
-    }
-  }
 }
 
 class PermuCheckTest : public ::testing::Test {

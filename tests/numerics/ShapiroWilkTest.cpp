@@ -162,17 +162,5 @@ TEST(SPWLK, AllTiedGivesZeroWAndUnitPWithAWarning) {
   }
 }
 
-TEST(SPWLK, ThreeValuesGiveAProbabilityBetweenZeroAndOne) {
-  const float spreads[][3] = {{0.0f, 1.0f, 1000.0f}, {0.0f, 1.0f, 2.0f}, {-3.0f, 2.9f, 3.0f}};
-  for (const auto& x : spreads) {
-    float w = -1.0f, p = -1.0f;
-    int missing = 0;
-    ASSERT_TRUE(SPWLK(3, x, w, p, missing));
-    EXPECT_GE(p, 0.0f);
-    EXPECT_LE(p, 1.0f + 1.0e-6f);
-    EXPECT_GE(w, 0.75f - 1.0e-6f);
-  }
-}
-
 }  // namespace
 }  // namespace tov

@@ -60,15 +60,6 @@ TEST(StepChoice, NaNPAndOtherLevelsAreSkippedAndTheDependentIsNeverChosen) {
   EXPECT_EQ(c.Weakest(2), 0);
 }
 
-TEST(StepChoice, ZeroTCanStillBeChosen) {
-  // The entry search starts below every |t|, the removal search from the
-  // first eligible variable.
-  Candidates c({0.0f, 0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f, 1.0f}, {0, 0, 0, 0, 0});
-  EXPECT_EQ(c.Strongest(), 1);
-  Candidates d({0.0f, 0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f, 1.0f}, {0, 2, 0, 1, 0});
-  EXPECT_EQ(d.Weakest(), 2);
-}
-
 TEST(StepChoice, NoneEligibleGivesZero) {
   Candidates c({1.0f, 2.0f, 3.0f, 4.0f}, {kNaN, kNaN, kNaN, kNaN}, {1, 2, 0, 0, 0});
   EXPECT_EQ(c.Weakest(), 0);

@@ -158,24 +158,5 @@ TEST(StepwiseSelection, ConstantResponseGivesNoTermAndTheMean) {
   EXPECT_EQ(model.AdjRSquare, 0.0f);
 }
 
-TEST(StepwiseSelection, NoMarkersGiveTheMean) {
-  const std::vector<float> y = {1.0f, 2.0f, 4.5f, 0.5f};
-  StepModel model;
-  StepwiseSelection(0.05f, 0.10f, 0, 4, nullptr, y.data(), model);
-  EXPECT_EQ(model.NumTerms, 0);
-  ASSERT_EQ(model.Coef.size(), 1u);
-  EXPECT_EQ(model.Coef[0], 2.0f);
-  EXPECT_EQ(model.RSquare, 0.0f);
-}
-
-TEST(StepwiseSelection, FreeStepModelLeavesAnEmptyModel) {
-  StepModel model = Select(Generate(kThreeEffects), 0.01f, 0.02f);
-  ASSERT_GT(model.NumTerms, 0);
-  FreeStepModel(model);
-  EXPECT_EQ(model.NumTerms, 0);
-  EXPECT_FALSE(model.TermIndex.IsAllocated());
-  EXPECT_TRUE(model.Coef.empty());
-}
-
 }  // namespace
 }  // namespace tov
