@@ -1,47 +1,22 @@
-// Rows of the marker tables and of the stepwise block.  The expected lines
-// were formatted by reference/marker_tables.py from values worked out by
-// hand here.
+// Rows of the marker tables where the shares of variance cannot be formed.
+// The expected lines were formatted by reference/marker_tables.py from
+// values worked out by hand here.
 
 #include "mapping/MarkerTables.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "mapping/MarkerEffects.h"
+#include "support/ScratchFile.h"
 
 namespace tov {
 namespace {
 
-namespace fs = std::filesystem;
-
 const float NaN = std::numeric_limits<float>::quiet_NaN();
-
-// A file written through a TextOutput and read back as lines.
-class Capture {
- public:
-  explicit Capture(const std::string& name)
-      : path_(fs::temp_directory_path() / ("tov-tables-" + name + "-" + std::to_string(::getpid()))) {
-    EXPECT_TRUE(unit.Create(path_.string()));
-  }
-  ~Capture() { fs::remove(path_); }
-  std::vector<std::string> Lines() {
-    unit.Close();
-    std::ifstream file(path_);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) lines.push_back(line);
-    return lines;
-  }
-  TextOutput unit;
-
- private:
-  fs::path path_;
-};
 
 // Two environments; kept markers 2, 5, 9, 11, 12 of 12.
 void FillRun(RunData& run) {
@@ -87,8 +62,8 @@ TEST(WriteMarkerTables, MeanPassAndSharesThatCannotBeFormed) {
   MarkSignificant(3.6f, table);  // flags marker 11 only
   // VarP NaN (one kept line), SumVG 0 and RSq NaN give NaN shares, which
   // print as 0.0.
-  Capture all("mean-all"), selected("mean-selected");
-  WriteMarkerTables(all.unit, selected.unit, run, 2, "Yield", 3, NaN, 0.0f, NaN, table);
+  testing_support::ScratchFile all("mean-all"), selected("mean-selected");
+  WriteMarkerTables(all.Unit(), selected.Unit(), run, 2, "Yield", 3, NaN, 0.0f, NaN, table);
   const std::vector<std::string> lines = all.Lines();
   ASSERT_EQ(lines.size(), 4u);
   EXPECT_EQ(lines[0],

@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <string>
+
+#include "support/ScratchFile.h"
 
 namespace tov {
 namespace {
@@ -19,15 +20,9 @@ TEST(CorrelationReport, EachTableStopsAtOneThousandMarkers) {
     markerType(m, 2) = m % 2 ? 'B' : 'A';
     kept(m) = m;
   }
-  const std::string path = testing::TempDir() + "/capped.coe";
-  TextOutput unit;
-  ASSERT_TRUE(unit.Create(path));
-  WriteCorrelationReport(unit, names, markerType, kept);
-  unit.Close();
-  std::ifstream file(path);
-  std::string line;
-  std::vector<std::string> lines;
-  while (std::getline(file, line)) lines.push_back(line);
+  testing_support::ScratchFile coe("capped.coe");
+  WriteCorrelationReport(coe.Unit(), names, markerType, kept);
+  const std::vector<std::string> lines = coe.Lines();
   ASSERT_EQ(lines.size(), 2u * (1 + 1000 + 1));
   EXPECT_EQ(lines[0].size(), 48u + 12u * 1000u) << "the first heading stops where the rows stop";
   EXPECT_EQ(lines[1002].size(), 48u + 12u * 1001u) << "the kept markers' heading lists them all";

@@ -3,14 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "markers/Binning.h"
 #include "markers/PreprocessMarkers.h"
 #include "run/Log.h"
+#include "support/ScratchFile.h"
 
 namespace tov {
 namespace {
@@ -46,10 +45,7 @@ class StepTwo : public testing::Test {
   void SetUp() override { ASSERT_TRUE(LogFile().Create(path)); }
   std::string Log() {
     LogFile().Close();
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return testing_support::ReadWholeFile(path);
   }
   std::vector<int> Run(const Genotypes& g, float limit) {
     Array<std::int32_t, 1> deleted(static_cast<int>(g.names.Size()));

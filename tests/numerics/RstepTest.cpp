@@ -4,25 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
 #include <string>
 
 #include "numerics/ErrorPolicy.h"
+#include "support/MatrixOf.h"
 
 namespace tov {
 namespace {
 
-Array<float, 2> Matrix(std::initializer_list<std::initializer_list<float>> rows) {
-  const int n = static_cast<int>(rows.size());
-  Array<float, 2> a(n, static_cast<int>(rows.begin()->size()));
-  int i = 0;
-  for (const auto& row : rows) {
-    ++i;
-    int j = 0;
-    for (float v : row) a(i, ++j) = v;
-  }
-  return a;
-}
+using testing_support::MatrixOf;
 
 // Runs RSTEP with every optional output and keeps them.
 struct StepRun {
@@ -54,7 +44,7 @@ class RstepTest : public ::testing::Test {
 
 // A positive definite matrix; the last variable plays the response.
 Array<float, 2> SweepMatrix() {
-  return Matrix({{4.0f, 2.0f, 0.6f, 1.2f}, {2.0f, 3.0f, -0.5f, 0.7f}, {0.6f, -0.5f, 2.0f, 0.3f}, {1.2f, 0.7f, 0.3f, 1.5f}});
+  return MatrixOf({{4.0f, 2.0f, 0.6f, 1.2f}, {2.0f, 3.0f, -0.5f, 0.7f}, {0.6f, -0.5f, 2.0f, 0.3f}, {1.2f, 0.7f, 0.3f, 1.5f}});
 }
 
 TEST_F(RstepTest, SweepingInGivesInverseCoefficientsAndResidual) {
@@ -103,7 +93,7 @@ TEST_F(RstepTest, SweepingOutUndoesOneVariableWithSignsAcrossTheSweep) {
 
 TEST_F(RstepTest, SweepRefusesAPivotAtTheTolerance) {
   // Variables 1 and 2 are the same: after 1 is in, 2 has no variance left.
-  Array<float, 2> a = Matrix({{2.0f, 2.0f, 0.5f}, {2.0f, 2.0f, 0.5f}, {0.5f, 0.5f, 1.0f}});
+  Array<float, 2> a = MatrixOf({{2.0f, 2.0f, 0.5f}, {2.0f, 2.0f, 0.5f}, {0.5f, 0.5f, 1.0f}});
   Array<float, 1> scale(3), swept(3);
   swept.Fill(-1.0f);
   for (int i = 1; i <= 3; ++i) scale(i) = a(i, i);
@@ -127,7 +117,7 @@ TEST_F(RstepTest, SweepRefusesWhenASweptVariableWouldBecomeCollinear) {
   // of its own: the second test of the sweep must refuse.
   const float delta = 0.02f;
   auto fresh = [&] {
-    return Matrix({{1.0f + delta * delta, 1.0f, delta}, {1.0f, 1.0f, 0.0f}, {delta, 0.0f, 1.01f}});
+    return MatrixOf({{1.0f + delta * delta, 1.0f, delta}, {1.0f, 1.0f, 0.0f}, {delta, 0.0f, 1.01f}});
   };
   const float tolerance = 1.1920929e-5f;
   Array<float, 2> a = fresh();
@@ -187,7 +177,7 @@ TEST_F(RstepTest, BadTValuesGiveNaNOrZero) {
 // tie for the second step and B takes it, C follows, and then A no longer
 // adds anything worth keeping (p about 0.355) and leaves.
 Array<float, 2> ProxyMatrix() {
-  return Matrix({{3.0f, 1.0f, 1.0f, 2.03f}, {1.0f, 1.0f, 0.0f, 1.0f}, {1.0f, 0.0f, 1.0f, 1.0f}, {2.03f, 1.0f, 1.0f, 2.1009f}});
+  return MatrixOf({{3.0f, 1.0f, 1.0f, 2.03f}, {1.0f, 1.0f, 0.0f, 1.0f}, {1.0f, 0.0f, 1.0f, 1.0f}, {2.03f, 1.0f, 1.0f, 2.1009f}});
 }
 constexpr int kProxyObs = 100;
 
@@ -255,7 +245,7 @@ TEST_F(RstepTest, AVariableAtPOutExactlyStays) {
 
 TEST_F(RstepTest, ACandidateAtPInExactlyStaysOut) {
   // Correlations 0.3 and 0.2 with y over 30 observations: p near 0.1.
-  const Array<float, 2> cov = Matrix({{1.0f, 0.1f, 0.3f}, {0.1f, 1.0f, 0.2f}, {0.3f, 0.2f, 1.0f}});
+  const Array<float, 2> cov = MatrixOf({{1.0f, 0.1f, 0.3f}, {0.1f, 1.0f, 0.2f}, {0.3f, 0.2f, 1.0f}});
   RstepOptions options;
   options.NSTEP = 0;
   const StepRun setUp(cov, 30, options);
@@ -278,7 +268,7 @@ TEST_F(RstepTest, ACandidateAtPInExactlyStaysOut) {
 }
 
 TEST_F(RstepTest, IdenticalVariablesTheFirstEntersTheOtherIsNoCandidate) {
-  const Array<float, 2> cov = Matrix({{1.0f, 1.0f, 0.5f}, {1.0f, 1.0f, 0.5f}, {0.5f, 0.5f, 1.0f}});
+  const Array<float, 2> cov = MatrixOf({{1.0f, 1.0f, 0.5f}, {1.0f, 1.0f, 0.5f}, {0.5f, 0.5f, 1.0f}});
   const StepRun run(cov, 20, RstepOptions());
   EXPECT_EQ(run.hist(1), 1.0f);
   EXPECT_EQ(run.hist(2), 0.0f);
@@ -293,7 +283,7 @@ TEST_F(RstepTest, ARefusedCandidateCountsAsEnteredWithEstimateZero) {
   // Variable 2 is variable 1 plus a sliver (variance 1e-6 of 1) that tracks
   // -y closely: 1 enters first, then the partial t of 2 is large, but its
   // pivot is below the tolerance.
-  const Array<float, 2> cov = Matrix({{1.0f, 1.0f, 0.5f}, {1.0f, 1.000001f, 0.4992f}, {0.5f, 0.4992f, 1.0f}});
+  const Array<float, 2> cov = MatrixOf({{1.0f, 1.0f, 0.5f}, {1.0f, 1.000001f, 0.4992f}, {0.5f, 0.4992f, 1.0f}});
   const StepRun run(cov, 20, RstepOptions());
   EXPECT_EQ(run.hist(1), 1.0f);
   EXPECT_EQ(run.hist(2), 2.0f);
@@ -307,7 +297,7 @@ TEST_F(RstepTest, ARefusedCandidateCountsAsEnteredWithEstimateZero) {
 
 TEST_F(RstepTest, NothingEnteredLeavesAllOfAovNaN) {
   // Correlations 0.3 and 0.2 with y over 30 observations: p near 0.1.
-  const Array<float, 2> cov = Matrix({{1.0f, 0.1f, 0.3f}, {0.1f, 1.0f, 0.2f}, {0.3f, 0.2f, 1.0f}});
+  const Array<float, 2> cov = MatrixOf({{1.0f, 0.1f, 0.3f}, {0.1f, 1.0f, 0.2f}, {0.3f, 0.2f, 1.0f}});
   RstepOptions options;
   options.PIN = 0.01f;
   ERSET(0, 1, 0);
@@ -328,7 +318,7 @@ TEST_F(RstepTest, CyclingIsStoppedPastTwiceTheNumberOfCandidates) {
   // lies a few units in the last place below its p in the model.  With
   // PIN = POUT between the two it enters and leaves by turns until the step
   // bound, 2 * 2, is past.
-  const Array<float, 2> cov = Matrix({{1.0f, -0.210430428f, 0.765762806f},
+  const Array<float, 2> cov = MatrixOf({{1.0f, -0.210430428f, 0.765762806f},
                                       {-0.210430428f, 1.0f, -0.0276003331f},
                                       {0.765762806f, -0.0276003331f, 1.0f}});
   const int nobs = 59;
@@ -411,7 +401,7 @@ TEST_F(RstepTest, ArgumentChecksRaiseTheirMessagesAndSkipTheWork) {
       {"LEVEL", 3, RstepOptions(), true,
        "LEVEL(1) and LEVEL(3) = -1.  There can be only one dependent variable in the model."},
   };
-  const Array<float, 2> cov = Matrix({{1.0f, 0.1f, 0.5f}, {0.1f, 1.0f, 0.2f}, {0.5f, 0.2f, 1.0f}});
+  const Array<float, 2> cov = MatrixOf({{1.0f, 0.1f, 0.5f}, {0.1f, 1.0f, 0.2f}, {0.5f, 0.2f, 1.0f}});
   Array<int, 1> twoDependents(3);
   twoDependents(1) = -1;
   twoDependents(2) = 1;

@@ -6,27 +6,20 @@
 #include <vector>
 
 #include "phenotype/PhenotypeSlices.h"
+#include "support/MatrixOf.h"
 
 namespace tov {
 namespace {
 
+using testing_support::MatrixOf;
+
 constexpr float Missing = -9999.0f;
 const float NaN = std::nanf("");
-
-// A [lines, columns] matrix from rows written line by line.
-Array<float, 2> Matrix(const std::vector<std::vector<float>>& rows) {
-  const int lines = static_cast<int>(rows.size());
-  const int columns = lines == 0 ? 0 : static_cast<int>(rows[0].size());
-  Array<float, 2> m(lines, columns);
-  for (int i = 1; i <= lines; ++i)
-    for (int c = 1; c <= columns; ++c) m(i, c) = rows[i - 1][c - 1];
-  return m;
-}
 
 // The examples below are worked by hand from the rule: a gap takes the
 // mean of the line's valid cells, an all-missing line goes.
 TEST(LineValues, FillsGapsWithTheLinesOwnMeanAndDropsEmptyLines) {
-  const Array<float, 2> values = Matrix({{1.0f, Missing, 4.0f},
+  const Array<float, 2> values = MatrixOf({{1.0f, Missing, 4.0f},
                                          {Missing, Missing, Missing},
                                          {7.0f, Missing, Missing},
                                          {2.0f, 5.0f, 3.0f}});
@@ -50,7 +43,7 @@ TEST(LineValues, FillsGapsWithTheLinesOwnMeanAndDropsEmptyLines) {
 }
 
 TEST(LineValues, TwoReplicationsOneMissingRepeatsTheValidOne) {
-  const Array<float, 2> values = Matrix({{Missing, 3.25f}});
+  const Array<float, 2> values = MatrixOf({{Missing, 3.25f}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
   ASSERT_EQ(LineValues(1, 2, ConstView(values), kept, filled), 1);
@@ -61,7 +54,7 @@ TEST(LineValues, TwoReplicationsOneMissingRepeatsTheValidOne) {
 TEST(LineValues, NotANumberIsMissingAndSpoilsTheLinesFilledCells) {
   // NaN times the mask 0 is NaN: the sum, and every gap filled from it,
   // becomes NaN, while the valid cells stay as they are.
-  const Array<float, 2> values = Matrix({{2.0f, NaN, 3.0f, Missing}, {NaN, NaN, NaN, Missing}});
+  const Array<float, 2> values = MatrixOf({{2.0f, NaN, 3.0f, Missing}, {NaN, NaN, NaN, Missing}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
   ASSERT_EQ(LineValues(2, 4, ConstView(values), kept, filled), 1) << "a line of NaN and codes only is empty";
@@ -74,7 +67,7 @@ TEST(LineValues, NotANumberIsMissingAndSpoilsTheLinesFilledCells) {
 TEST(LineValues, OnlyTheExactCodeIsMissing) {
   // -9999.00001 reads as the 32-bit real -9999.0; -9999.001 reads as
   // -9999.0009765625, 0.00098 from the code, and is a value.
-  const Array<float, 2> values = Matrix({{-9999.00001f, 1.0f}, {-9999.001f, 1.0f}});
+  const Array<float, 2> values = MatrixOf({{-9999.00001f, 1.0f}, {-9999.001f, 1.0f}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
   ASSERT_EQ(LineValues(2, 2, ConstView(values), kept, filled), 2);
@@ -85,7 +78,7 @@ TEST(LineValues, OnlyTheExactCodeIsMissing) {
 TEST(LineValues, SumsTheValidCellsInReplicationOrder) {
   // In 32 bits (1 + 1e8) - 1e8 is 0, as numpy.float32 confirms, while the
   // reverse order (-1e8 + 1e8) + 1 is 1: the gap shows which was taken.
-  const Array<float, 2> values = Matrix({{1.0f, 1e8f, -1e8f, Missing}});
+  const Array<float, 2> values = MatrixOf({{1.0f, 1e8f, -1e8f, Missing}});
   Array<std::int32_t, 1> kept;
   Array<float, 2> filled;
   ASSERT_EQ(LineValues(1, 4, ConstView(values), kept, filled), 1);
@@ -101,7 +94,7 @@ TEST(LineValues, NoLinesOrNoValidLineGiveEmptyResults) {
   EXPECT_EQ(kept.Size(), 0u) << "an old list is replaced";
   EXPECT_EQ(filled.Size(), 0u);
 
-  const Array<float, 2> allMissing = Matrix({{Missing, Missing}, {Missing, NaN}});
+  const Array<float, 2> allMissing = MatrixOf({{Missing, Missing}, {Missing, NaN}});
   EXPECT_EQ(LineValues(2, 2, ConstView(allMissing), kept, filled), 0);
   EXPECT_EQ(kept.Size(), 0u);
   EXPECT_EQ(filled.Size(), 0u);

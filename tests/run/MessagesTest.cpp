@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "run/Log.h"
 #include "run/RunDriver.h"
+#include "support/ScratchFile.h"
 
 namespace tov {
 namespace {
@@ -69,11 +67,9 @@ TEST(Messages, AReportGoesToTheLogFirstThenToTheConsole) {
   ReportInput(2002, 3);
   const std::string console = testing::internal::GetCapturedStdout();
   LogFile().Close();
-  std::ifstream file(path);
-  std::stringstream log;
-  log << file.rdbuf();
-  EXPECT_EQ(log.str(), "--Error2002: Indicator=3 out of range [1:2]!\n");
-  EXPECT_EQ(console, log.str());
+  const std::string log = testing_support::ReadWholeFile(path);
+  EXPECT_EQ(log, "--Error2002: Indicator=3 out of range [1:2]!\n");
+  EXPECT_EQ(console, log);
 }
 
 TEST(OutputBase, TheLastFourCharactersGoWhateverTheyAre) {

@@ -1,0 +1,54 @@
+#pragma once
+// Files the tests write through the system's own output unit and read back.
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "text/TextOutput.h"
+
+namespace tov::testing_support {
+
+// The whole text of a file.
+inline std::string ReadWholeFile(const std::string& path) {
+  std::ifstream file(path);
+  std::stringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+// A file in the temporary directory, open for writing from the start and
+// removed at the end of the test.  The process id keeps parallel test
+// processes apart.
+class ScratchFile {
+ public:
+  explicit ScratchFile(const std::string& tag)
+      : path_(std::filesystem::temp_directory_path() / ("tov-" + tag + "-" + std::to_string(::getpid()))) {
+    unit_.Create(path_.string());
+  }
+  ~ScratchFile() { std::filesystem::remove(path_); }
+  TextOutput& Unit() { return unit_; }
+
+  // Closes the file and returns its lines.
+  std::vector<std::string> Lines() {
+    std::istringstream text(Text());
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    return lines;
+  }
+  // Closes the file and returns its text.
+  std::string Text() {
+    unit_.Close();
+    return ReadWholeFile(path_.string());
+  }
+
+ private:
+  std::filesystem::path path_;
+  TextOutput unit_;
+};
+
+}  // namespace tov::testing_support
