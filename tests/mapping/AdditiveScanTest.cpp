@@ -164,14 +164,5 @@ TEST(AdditiveScan, MarkersInAndOutOfTheModel) {
   for (const int m : {1, 3, 6, 8, 12}) expectTestOf(m, withoutBoth);
 }
 
-TEST(AdditiveScan, ZeroCoefficientChangesNothing) {
-  const Population pop(9, 40, 5u, false);
-  const StepModel model = Model({4}, {0.0f}, 3.0f);
-  MarkerTestTable additive = Table(pop.NumMarkers), single = Table(pop.NumMarkers);
-  AdditiveScan(pop.NumMarkers, pop.NumLines, pop.Genotype, pop.Y.data(), model, additive);
-  SingleMarkerScan(pop.NumMarkers, pop.NumLines, pop.Genotype, pop.Y.data(), single);
-  for (int m = 1; m <= pop.NumMarkers; ++m) EXPECT_TRUE(SameRecord(additive.Test(m), single.Test(m))) << m;
-}
-
 }  // namespace
 }  // namespace tov

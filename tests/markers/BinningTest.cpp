@@ -37,38 +37,6 @@ TEST(SameGenotypes, MissingMatchesAnythingAndOneDifferenceSeparates) {
   EXPECT_FALSE(SameGenotypes(4, "BXXX", "AXXX"));
 }
 
-TEST(Binning, MissingPercentIsOneHundredTimesTheCountOverTheLines) {
-  Project p({"AXBXXA", "ABABAB", "XXXXXX"});
-  EXPECT_EQ(p.bins.MissingPercent(1), 100.0f * 3.0f / 6.0f);
-  EXPECT_EQ(p.bins.MissingPercent(2), 0.0f);
-  EXPECT_EQ(p.bins.MissingPercent(3), 100.0f);
-}
-
-TEST(Binning, IdenticalMarkersFormOneBinAndTheFirstStays) {
-  Project p({"AABB", "ABAB", "AABB", "BBAA", "AABB"});
-  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 0, 1, 0, 1}));
-  EXPECT_EQ(p.Deleted(), (std::vector<int>{0, 0, 1, 0, 1}));
-  EXPECT_EQ(p.Kept(), (std::vector<int>{1, 2, 4}));
-}
-
-TEST(Binning, MissingGenotypesJoinMarkersAndTheLeastMissingRepresents) {
-  Project p({"AXAB", "ABAB", "BBBA"});
-  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 1, 0}));
-  EXPECT_EQ(p.Deleted(), (std::vector<int>{1, 0, 0}));
-}
-
-TEST(Binning, EqualMissingRatesKeepTheLowestMarkerID) {
-  Project p({"BBAA", "AXBB", "AABX", "XABB"});
-  EXPECT_EQ(p.BinIDs(), (std::vector<int>{0, 1, 1, 1}));
-  EXPECT_EQ(p.Deleted(), (std::vector<int>{0, 0, 1, 1}));
-}
-
-TEST(Binning, TheExtensionPullsInMarkersThatMatchAMemberOnly) {
-  // Marker 3 matches marker 2 but not the seed 1.
-  Project p({"AABB", "AAXX", "XABA", "BBAA"});
-  EXPECT_EQ(p.BinIDs(), (std::vector<int>{1, 1, 1, 0}));
-}
-
 TEST(Binning, TheExtensionMakesOnePassOnly) {
   // Marker 3 is the seed's direct partner; marker 2 joins through 3 while
   // the pass stands at 3, so it is not visited, and marker 4, which matches

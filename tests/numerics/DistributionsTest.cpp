@@ -74,17 +74,6 @@ TEST(TDF, DfNotAboveTSquaredByIncompleteBeta) {
   }
 }
 
-TEST(TDF, ZeroIsOneHalfAndTailsAreSymmetric) {
-  for (float df : {1.0f, 2.0f, 3.5f, 7.0f, 19.0f, 20.0f, 1000.0f}) {
-    EXPECT_EQ(TDF(0.0f, df), 0.5f) << df;
-    EXPECT_NEAR(TDF(-1.7f, df) + TDF(1.7f, df), 1.0, 2e-7) << df;
-  }
-  // Far beyond the normal tail cut-off.
-  EXPECT_EQ(TDF(-30.0f, 1000.0f), 0.0f);
-  EXPECT_EQ(TDF(30.0f, 1000.0f), 1.0f);
-  EXPECT_EQ(TDF(INFINITY, 3.0f), 1.0f);
-}
-
 TEST(TDF, DfBelowOneIsATerminalErrorWithNaN) {
   ERSET(0, 1, 0);
   ClearLastError();

@@ -42,15 +42,6 @@ TEST(LineValues, FillsGapsWithTheLinesOwnMeanAndDropsEmptyLines) {
   EXPECT_EQ(values(1, 2), Missing) << "the input stays as it was";
 }
 
-TEST(LineValues, TwoReplicationsOneMissingRepeatsTheValidOne) {
-  const Array<float, 2> values = MatrixOf({{Missing, 3.25f}});
-  Array<std::int32_t, 1> kept;
-  Array<float, 2> filled;
-  ASSERT_EQ(LineValues(1, 2, ConstView(values), kept, filled), 1);
-  EXPECT_EQ(filled(1, 1), 3.25f);
-  EXPECT_EQ(filled(1, 2), 3.25f);
-}
-
 TEST(LineValues, NotANumberIsMissingAndSpoilsTheLinesFilledCells) {
   // NaN times the mask 0 is NaN: the sum, and every gap filled from it,
   // becomes NaN, while the valid cells stay as they are.

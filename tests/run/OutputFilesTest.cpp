@@ -72,13 +72,6 @@ class OutputFiles : public testing::Test {
   std::unique_ptr<RunData> run;
 };
 
-TEST_F(OutputFiles, AMappingRunWithEveryAnalysisOff) {
-  EXPECT_EQ(Made(), (std::set<std::string>{"my study.coe", "my study.mtp", "my study.sta"}));
-  EXPECT_EQ(Content("my study.sta"), StatisticsLine + "\n");
-  EXPECT_EQ(Content("my study.coe"), "") << "the marker reports write their own headings";
-  EXPECT_EQ(Content("my study.mtp"), "");
-}
-
 TEST_F(OutputFiles, AMappingRunWithEveryAnalysisOn) {
   run->SMAIndicator = run->AddIndicator = run->EpiIndicator = 1;
   run->SMAPermIndicator = run->AddPermIndicator = run->EpiPermIndicator = 1;
