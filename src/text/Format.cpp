@@ -1,5 +1,6 @@
 #include "text/Format.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -37,9 +38,14 @@ std::string FormatInteger(std::int64_t value, int width) { return Fit(std::to_st
 
 std::string FormatFixed(float value, int width, int decimals) {
   if (!std::isfinite(value)) return NotFinite(value, width);
+  // The exact binary value rounded to its decimals, digit for digit what
+  // printf's "%#.*f" gives, at a fraction of its cost; with no decimals the
+  // point stays.
   char buffer[64];
-  std::snprintf(buffer, sizeof buffer, "%#.*f", decimals, static_cast<double>(value));
-  return Fit(DropLeadingZero(buffer, width), width);
+  const std::to_chars_result end = std::to_chars(buffer, buffer + sizeof buffer - 1, value, std::chars_format::fixed, decimals);
+  char* last = end.ptr;
+  if (decimals == 0) *last++ = '.';
+  return Fit(DropLeadingZero(std::string(buffer, last), width), width);
 }
 
 std::string FormatScientific(float value, int width, int decimals, int exponentDigits) {

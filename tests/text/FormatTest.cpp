@@ -3,7 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <limits>
+#include <random>
 
 namespace tov {
 namespace {
@@ -27,6 +31,24 @@ TEST(FormatFixed, RoundsToItsDecimalsAndAligns) {
 TEST(FormatFixed, ZeroDecimalsKeepThePoint) {
   EXPECT_EQ(FormatFixed(12345.4f, 12, 0), "      12345.");
   EXPECT_EQ(FormatFixed(0.4f, 12, 0), "          0.");
+}
+
+// The digits are the exact binary value rounded as printf rounds it, ties
+// and halfway cases included: checked on random bit patterns.
+TEST(FormatFixed, DigitsAreThoseOfPrintf) {
+  std::mt19937 random(7u);
+  for (int trial = 0; trial < 20000; ++trial) {
+    const std::uint32_t bits = random();
+    float value = 0.0f;
+    std::memcpy(&value, &bits, sizeof value);
+    if (!std::isfinite(value)) continue;
+    const int decimals = trial % 5;
+    char expected[80];
+    std::snprintf(expected, sizeof expected, "%#.*f", decimals, static_cast<double>(value));
+    ASSERT_EQ(FormatFixed(value, 70, decimals), FormatText(expected, 70)) << expected;
+  }
+  EXPECT_EQ(FormatFixed(0.125f, 12, 2), "        0.12") << "a tie goes to the even digit";
+  EXPECT_EQ(FormatFixed(-0.0f, 12, 4), "     -0.0000");
 }
 
 TEST(FormatFixed, TooWideFillsTheFieldWithAsterisks) {
