@@ -41,8 +41,10 @@ std::string FormatFixed(float value, int width, int decimals) {
   // The exact binary value rounded to its decimals, digit for digit what
   // printf's "%#.*f" gives, at a fraction of its cost; with no decimals the
   // point stays.
-  char buffer[64];
-  const std::to_chars_result end = std::to_chars(buffer, buffer + sizeof buffer - 1, value, std::chars_format::fixed, decimals);
+  char buffer[128];
+  const std::to_chars_result end =
+      std::to_chars(buffer, buffer + sizeof buffer - 1, value, std::chars_format::fixed, decimals);
+  if (end.ec != std::errc()) return Fit(std::string(sizeof buffer, '*'), width);
   char* last = end.ptr;
   if (decimals == 0) *last++ = '.';
   return Fit(DropLeadingZero(std::string(buffer, last), width), width);
