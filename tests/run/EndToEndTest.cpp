@@ -3,6 +3,7 @@
 // folder: the same set of files, and each file line by line.  The console
 // is compared as expected/console.txt; standard error, where the numerical
 // routines report, as expected/stderr.txt, and must be empty without it.
+// A file memory_limit_kb beside input/ caps the run's address space.
 // Clock readings and CPU times vary from run to run and are masked, after
 // their form has been checked.
 
@@ -27,6 +28,7 @@ namespace {
 const fs::path ProjectsRoot = TOV_TEST_PROJECTS;
 constexpr const char* ConsoleFile = "console.txt";
 constexpr const char* StderrFile = "stderr.txt";
+constexpr const char* MemoryLimitFile = "memory_limit_kb";
 
 std::vector<std::string> CaseNames() {
   std::vector<std::string> names;
@@ -91,7 +93,12 @@ TEST_P(EndToEnd, OutputsMatchExpected) {
 
   const fs::path console = work.parent_path() / (work.filename().string() + ".console");
   const fs::path stderrPath = work.parent_path() / (work.filename().string() + ".stderr");
-  const std::string command = "cd '" + work.string() + "' && '" TOV_EXECUTABLE "' > '" + console.string() +
+  // A case may cap the address space of the run, for the faults that only
+  // a refused allocation reaches.
+  const fs::path memoryLimit = project / MemoryLimitFile;
+  const std::string limit =
+      fs::exists(memoryLimit) ? "ulimit -v " + std::to_string(std::stol(ReadAll(memoryLimit))) + " && " : "";
+  const std::string command = limit + "cd '" + work.string() + "' && '" TOV_EXECUTABLE "' > '" + console.string() +
                               "' 2> '" + stderrPath.string() + "' < /dev/null";
   const int status = std::system(command.c_str());
   ASSERT_TRUE(WIFEXITED(status));
