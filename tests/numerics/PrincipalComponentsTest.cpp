@@ -48,25 +48,6 @@ TEST(PRINC, EigenvaluesOfCorrelationMatricesMatchReferenceInDescendingOrder) {
                      0.006698256522628161, 0.005886354643221982, 0.0053855129747184104, 0.00511212069167869});
 }
 
-TEST(PRINC, CovarianceInputAndOneVariable) {
-  ExpectEigenvalues({4.0f, 1.5f, -0.5f, 0.25f, 1.5f, 2.25f, 0.75f, 0.0f, -0.5f, 0.75f, 9.0f, 3.0f, 0.25f, 0.0f, 3.0f,
-                     1.5f},
-                    {10.127145837445697, 4.873047043222614, 1.477364024847464, 0.272443094484223});
-  EXPECT_EQ(Eigenvalues({2.5f}, 1)[0], 2.5f);
-}
-
-// Two identical variables: the smallest eigenvalue is 0 up to rounding, a
-// negative rounding remainder is no reason for a warning.
-TEST(PRINC, SingularMatrixGivesANearZeroEigenvalueQuietly) {
-  std::vector<float> value;
-  const std::string text =
-      RaisedMessages([&] { value = Eigenvalues({1.0f, 1.0f, 0.0f, 1.0f, 1.0f, 0.0f, 0.0f, 0.0f, 1.0f}, 3); });
-  EXPECT_NEAR(value[0], 2.0f, 1.0e-6f);
-  EXPECT_NEAR(value[1], 1.0f, 1.0e-6f);
-  EXPECT_NEAR(value[2], 0.0f, 1.0e-6f);
-  EXPECT_EQ(N1RTY(1), 0) << text;
-}
-
 TEST(PRINC, ClearlyNegativeEigenvalueRaisesTheWarning) {
   // Eigenvalues 1.9, 1.9, -0.8 (numpy, as above).
   std::vector<float> value;
