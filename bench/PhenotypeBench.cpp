@@ -5,7 +5,7 @@
 
 #include "phenotype/PhenotypeAnalysis.h"
 #include "phenotype/TraitStatistics.h"
-#include "run/RunData.h"
+#include "core/RunData.h"
 
 namespace tov {
 namespace {

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "numerics/CovarianceMatrix.h"
-#include "numerics/Stepwise.h"
+#include "numerics/matrix/CovarianceMatrix.h"
+#include "numerics/stepwise/Stepwise.h"
 
 namespace tov {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "run/Messages.h"
-#include "run/RunData.h"
+#include "core/Messages.h"
+#include "core/RunData.h"
 #include "text/FreeFormatRead.h"
 
 namespace tov {

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "input/TokenRow.h"
-#include "numerics/Array.h"
+#include "core/Array.h"
 #include "text/TextInput.h"
 
 namespace tov {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "run/Messages.h"
+#include "core/Messages.h"
 #include "text/Fatal.h"
 #include "text/Format.h"
 #include "text/FreeFormatRead.h"

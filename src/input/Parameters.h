@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "run/RunData.h"
+#include "core/RunData.h"
 #include "text/TextInput.h"
 
 namespace tov {

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <string_view>
 
-#include "run/Messages.h"
-#include "run/RunData.h"
+#include "core/Messages.h"
+#include "core/RunData.h"
 #include "text/Format.h"
 #include "text/FreeFormatRead.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "input/TokenRow.h"
-#include "numerics/Array.h"
+#include "core/Array.h"
 #include "text/TextInput.h"
 
 namespace tov {

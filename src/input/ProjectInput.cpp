@@ -7,7 +7,7 @@
 #include "input/Genotypes.h"
 #include "input/Phenotypes.h"
 #include "input/SimulationModel.h"
-#include "run/Messages.h"
+#include "core/Messages.h"
 #include "text/Fatal.h"
 #include "text/Format.h"
 #include "text/FreeFormatRead.h"

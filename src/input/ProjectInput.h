@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "run/RunData.h"
+#include "core/RunData.h"
 
 namespace tov {
 

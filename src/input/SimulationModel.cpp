@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "run/Messages.h"
+#include "core/Messages.h"
 #include "text/FreeFormatRead.h"
 
 namespace tov {

@@ -6,7 +6,7 @@
 // value, the genetic and error variances, and the share of variance of the
 // QTL at each marker.
 
-#include "run/RunData.h"
+#include "core/RunData.h"
 #include "text/TextInput.h"
 
 namespace tov {

@@ -4,8 +4,8 @@
 // selected model, the marker's own term (if it is one) put back.
 
 #include "mapping/MarkerTest.h"
-#include "numerics/Array.h"
-#include "numerics/StepModel.h"
+#include "core/Array.h"
+#include "numerics/stepwise/StepModel.h"
 
 namespace tov {
 

@@ -7,11 +7,11 @@
 #include "mapping/SelectedRSquare.h"
 #include "mapping/SingleMarkerScan.h"
 #include "mapping/StepModelTable.h"
-#include "numerics/Stepwise.h"
+#include "numerics/stepwise/Stepwise.h"
 #include "phenotype/LineMeans.h"
 #include "phenotype/LineValues.h"
 #include "phenotype/PhenotypeSlices.h"
-#include "run/Messages.h"
+#include "core/Messages.h"
 
 namespace tov {
 

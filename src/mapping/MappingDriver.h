@@ -3,7 +3,7 @@
 // environments: one value per line, the methods the parameter file switched
 // on, and their tables.
 
-#include "run/RunData.h"
+#include "core/RunData.h"
 
 namespace tov {
 

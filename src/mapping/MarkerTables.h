@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "mapping/MarkerTest.h"
-#include "run/RunData.h"
+#include "core/RunData.h"
 #include "text/TextOutput.h"
 
 namespace tov {

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 
 namespace tov {
 

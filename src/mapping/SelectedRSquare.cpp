@@ -3,11 +3,11 @@
 #include <cmath>
 
 #include "mapping/MarkerCode.h"
-#include "numerics/Basic.h"
-#include "numerics/Determinant.h"
-#include "numerics/ErrorPolicy.h"
-#include "numerics/LeastSquares.h"
-#include "numerics/Rstep.h"
+#include "numerics/basic/Basic.h"
+#include "numerics/matrix/Determinant.h"
+#include "numerics/basic/ErrorPolicy.h"
+#include "numerics/matrix/LeastSquares.h"
+#include "numerics/stepwise/Rstep.h"
 
 namespace tov {
 

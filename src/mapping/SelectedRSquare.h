@@ -3,7 +3,7 @@
 // together, from a regression of the line values on their codes.
 
 #include "mapping/MarkerTest.h"
-#include "numerics/Array.h"
+#include "core/Array.h"
 
 namespace tov {
 

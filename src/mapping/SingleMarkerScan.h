@@ -3,7 +3,7 @@
 // values as they stand, nothing corrected for the other markers.
 
 #include "mapping/MarkerTest.h"
-#include "numerics/Array.h"
+#include "core/Array.h"
 
 namespace tov {
 

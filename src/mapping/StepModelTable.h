@@ -4,8 +4,8 @@
 
 #include <string_view>
 
-#include "numerics/StepModel.h"
-#include "run/RunData.h"
+#include "numerics/stepwise/StepModel.h"
+#include "core/RunData.h"
 #include "text/TextOutput.h"
 
 namespace tov {

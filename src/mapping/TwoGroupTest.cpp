@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "mapping/LogDensity.h"
-#include "numerics/LaneSelect.h"
+#include "numerics/basic/LaneSelect.h"
 
 namespace tov {
 

@@ -1,6 +1,6 @@
 #include "markers/Binning.h"
 
-#include "run/Log.h"
+#include "core/Log.h"
 #include "text/Format.h"
 
 namespace tov {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 #include "text/TextOutput.h"
 
 namespace tov {

@@ -3,11 +3,11 @@
 #include <limits>
 
 #include "markers/Binning.h"
-#include "numerics/Basic.h"
-#include "numerics/CorrelationMatrix.h"
-#include "numerics/ErrorPolicy.h"
-#include "numerics/PrincipalComponents.h"
-#include "run/Log.h"
+#include "numerics/basic/Basic.h"
+#include "numerics/matrix/CorrelationMatrix.h"
+#include "numerics/basic/ErrorPolicy.h"
+#include "numerics/matrix/PrincipalComponents.h"
+#include "core/Log.h"
 #include "text/Format.h"
 
 namespace tov {

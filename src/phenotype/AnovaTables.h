@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "numerics/Basic.h"
+#include "numerics/basic/Basic.h"
 
 namespace tov {
 

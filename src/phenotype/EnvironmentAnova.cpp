@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "numerics/Anova.h"
+#include "numerics/statistics/Anova.h"
 #include "phenotype/AnovaTables.h"
 
 namespace tov {

@@ -3,7 +3,7 @@
 // lines by replications in one environment, and lines by environments with
 // replications as the error across environments.
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 #include "text/TextOutput.h"
 
 namespace tov {

@@ -3,7 +3,7 @@
 // additions is part of the result and differs between callers, so each
 // caller names it.
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 
 namespace tov {
 

@@ -1,6 +1,6 @@
 #include "phenotype/LineValues.h"
 
-#include "numerics/Basic.h"
+#include "numerics/basic/Basic.h"
 
 namespace tov {
 

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 
 namespace tov {
 

@@ -1,6 +1,6 @@
 #include "phenotype/PhenotypeAnalysis.h"
 
-#include "numerics/Basic.h"
+#include "numerics/basic/Basic.h"
 #include "phenotype/EnvironmentAnova.h"
 #include "phenotype/LineMeans.h"
 #include "phenotype/LineValues.h"

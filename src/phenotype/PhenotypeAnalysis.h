@@ -4,7 +4,7 @@
 // denominator of every percentage of variance explained in mapping, and the
 // analyses of variance of ".sta" where replications allow one.
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 #include "text/TextOutput.h"
 
 namespace tov {

@@ -2,7 +2,7 @@
 // Dense copies of the slices of Phenotype [lines, traits, environments,
 // replications] that the line-value rule works on.
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 
 namespace tov {
 

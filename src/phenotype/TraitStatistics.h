@@ -3,7 +3,7 @@
 // line means in each environment and one across environments, then one
 // empty line after the last trait.
 
-#include "run/RunData.h"
+#include "core/RunData.h"
 #include "text/TextOutput.h"
 
 namespace tov {

@@ -2,11 +2,11 @@
 
 #include <vector>
 
-#include "numerics/Basic.h"
-#include "numerics/ReservoirSample.h"
-#include "numerics/ShapiroWilk.h"
-#include "numerics/UnivariateStatistics.h"
-#include "run/RunData.h"
+#include "numerics/basic/Basic.h"
+#include "numerics/random/ReservoirSample.h"
+#include "numerics/statistics/ShapiroWilk.h"
+#include "numerics/statistics/UnivariateStatistics.h"
+#include "core/RunData.h"
 #include "text/Format.h"
 
 namespace tov {

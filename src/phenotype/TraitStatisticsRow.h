@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 #include "text/TextOutput.h"
 
 namespace tov {

@@ -3,9 +3,9 @@
 #include "input/ProjectInput.h"
 #include <string>
 
-#include "run/Log.h"
-#include "run/Messages.h"
-#include "run/RunData.h"
+#include "core/Log.h"
+#include "core/Messages.h"
+#include "core/RunData.h"
 #include "text/Fatal.h"
 #include "text/TextInput.h"
 

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "run/RunData.h"
+#include "core/RunData.h"
 
 namespace tov {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "ReaderFixture.h"
-#include "run/RunData.h"
+#include "core/RunData.h"
 #include "text/Format.h"
 
 namespace tov {

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "input/Phenotypes.h"
-#include "run/Log.h"
+#include "core/Log.h"
 #include "text/TextInput.h"
 
 namespace tov {

@@ -8,7 +8,7 @@
 
 #include "markers/Binning.h"
 #include "markers/PreprocessMarkers.h"
-#include "run/Log.h"
+#include "core/Log.h"
 #include "support/ScratchFile.h"
 
 namespace tov {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "StaFileReader.h"
-#include "numerics/ErrorPolicy.h"
+#include "numerics/basic/ErrorPolicy.h"
 #include "phenotype/AnovaTables.h"
 #include "text/Format.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "StaFileReader.h"
-#include "numerics/ErrorPolicy.h"
+#include "numerics/basic/ErrorPolicy.h"
 
 namespace tov {
 namespace {

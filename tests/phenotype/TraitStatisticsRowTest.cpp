@@ -5,10 +5,10 @@
 #include <cmath>
 #include <vector>
 
-#include "numerics/ErrorPolicy.h"
-#include "numerics/Random.h"
-#include "numerics/ReservoirSample.h"
-#include "numerics/ShapiroWilk.h"
+#include "numerics/basic/ErrorPolicy.h"
+#include "numerics/random/Random.h"
+#include "numerics/random/ReservoirSample.h"
+#include "numerics/statistics/ShapiroWilk.h"
 
 namespace tov {
 namespace {

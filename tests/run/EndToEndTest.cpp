@@ -3,9 +3,12 @@
 // folder: the same set of files, and each file line by line.  The console
 // is compared as expected/console.txt; standard error, where the numerical
 // routines report, as expected/stderr.txt, and must be empty without it.
-// A file memory_limit_kb beside input/ caps the run's address space.
-// Clock readings and CPU times vary from run to run and are masked, after
-// their form has been checked.
+// A file memory_limit_kb beside input/ caps the run's address space.  A
+// file pinned_clock holds a reading "YYYY/MM/DD HH:MM:SS.mmm" at which the
+// clock stands still for the whole run, so that the random stream starts
+// from a known state and the log's clock lines are compared as they are;
+// elsewhere clock readings vary from run to run and are masked, after their
+// form has been checked.  CPU times are always masked.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -29,6 +32,7 @@ const fs::path ProjectsRoot = TOV_TEST_PROJECTS;
 constexpr const char* ConsoleFile = "console.txt";
 constexpr const char* StderrFile = "stderr.txt";
 constexpr const char* MemoryLimitFile = "memory_limit_kb";
+constexpr const char* PinnedClockFile = "pinned_clock";
 
 std::vector<std::string> CaseNames() {
   std::vector<std::string> names;
@@ -45,12 +49,14 @@ std::string ReadAll(const fs::path& path) {
   return text.str();
 }
 
-std::string Masked(std::string text) {
+std::string Masked(std::string text, bool clockPinned) {
   static const std::regex clock(R"(\d\d:\d\d:\d\d\.\d\d\d on \d\d\d\d/\d\d/\d\d \(yyyy/mm/dd\))");
   static const std::regex cpu(R"(CPU_TIME taken: -?\d+\.\d\d\d minutes or -?\d+\.\d\d\d seconds)");
-  text = std::regex_replace(text, clock, "hh:mm:ss.sss on yyyy/mm/dd (yyyy/mm/dd)");
+  if (!clockPinned) text = std::regex_replace(text, clock, "hh:mm:ss.sss on yyyy/mm/dd (yyyy/mm/dd)");
   return std::regex_replace(text, cpu, "CPU_TIME taken: m minutes or s seconds");
 }
+
+std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
 std::vector<std::string> Lines(const std::string& text) {
   std::vector<std::string> lines;
@@ -98,7 +104,11 @@ TEST_P(EndToEnd, OutputsMatchExpected) {
   const fs::path memoryLimit = project / MemoryLimitFile;
   const std::string limit =
       fs::exists(memoryLimit) ? "ulimit -v " + std::to_string(std::stol(ReadAll(memoryLimit))) + " && " : "";
-  const std::string command = limit + "cd '" + work.string() + "' && '" TOV_EXECUTABLE "' > '" + console.string() +
+  const fs::path pinnedClock = project / PinnedClockFile;
+  const bool clockPinned = fs::exists(pinnedClock);
+  const std::string program = clockPinned ? "'" TOV_PINNED_CLOCK_EXECUTABLE "' '" + FirstLine(ReadAll(pinnedClock)) + "'"
+                                          : "'" TOV_EXECUTABLE "'";
+  const std::string command = limit + "cd '" + work.string() + "' && " + program + " > '" + console.string() +
                               "' 2> '" + stderrPath.string() + "' < /dev/null";
   const int status = std::system(command.c_str());
   ASSERT_TRUE(WIFEXITED(status));
@@ -113,9 +123,9 @@ TEST_P(EndToEnd, OutputsMatchExpected) {
     if (!inputs.count(name) || want.count(name)) made.insert(name);
   EXPECT_EQ(want, made) << "the run must leave exactly the expected files";
 
-  ExpectSameText(ConsoleFile, ReadAll(expected / ConsoleFile), Masked(ReadAll(console)));
+  ExpectSameText(ConsoleFile, ReadAll(expected / ConsoleFile), Masked(ReadAll(console), clockPinned));
   for (const std::string& name : want)
-    if (made.count(name)) ExpectSameText(name, ReadAll(expected / name), Masked(ReadAll(work / name)));
+    if (made.count(name)) ExpectSameText(name, ReadAll(expected / name), Masked(ReadAll(work / name), clockPinned));
 
   ExpectSameText(StderrFile, fs::exists(expected / StderrFile) ? ReadAll(expected / StderrFile) : "",
                  ReadAll(stderrPath));

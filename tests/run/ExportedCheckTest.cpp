@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "run/InputCheck.h"
-#include "run/Log.h"
+#include "core/Log.h"
 
 namespace tov {
 namespace {

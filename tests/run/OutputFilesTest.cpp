@@ -1,4 +1,5 @@
 #include "run/OutputFiles.h"
+#include "run/RunDriver.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -122,6 +123,14 @@ TEST_F(OutputFiles, AnEmptyBaseNamesTheFilesByTheirExtensions) {
   const std::set<std::string> made = Made();
   fs::current_path(here);
   EXPECT_EQ(made, (std::set<std::string>{".coe", ".mtp", ".sta"}));
+}
+
+TEST(OutputBase, TheLastFourCharactersGoWhateverTheyAre) {
+  EXPECT_EQ(OutputBaseOf("study.txt   "), "study");
+  EXPECT_EQ(OutputBaseOf("studyfile"), "study");
+  EXPECT_EQ(OutputBaseOf("abc"), "");
+  EXPECT_EQ(OutputBaseOf("abcd"), "");
+  EXPECT_EQ(OutputBaseOf("a.b.csv"), "a.b");
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include <initializer_list>
 
-#include "numerics/Array.h"
+#include "core/Array.h"
 
 namespace tov::testing_support {
 

@@ -1,0 +1,99 @@
+#include "numerics/stepwise/Stepwise.h"
+
+#include <cmath>
+
+#include "numerics/basic/Basic.h"
+#include "numerics/matrix/CovarianceMatrix.h"
+#include "numerics/basic/ErrorPolicy.h"
+#include "numerics/stepwise/Rstep.h"
+
+namespace tov {
+namespace {
+
+// A model whose adjusted R-square lies in (99, 100] percent is selected
+// again with halved thresholds, up to this many runs in all.
+constexpr int kMaxRuns = 6;
+
+bool FitsTooWell(float adjRSquare) { return adjRSquare > 99.0f && adjRSquare <= 100.0f; }
+
+float ZeroIfNaN(float value) { return std::isnan(value) ? 0.0f : value; }
+
+}  // namespace
+
+void StepwiseSelection(float PIN, float POUT, int NumVars, int NumObs, const std::int32_t* CodedGenotype,
+                       const float* y, StepModel& model) {
+  const int numCols = NumVars + 1;
+  const ArrayView<const std::int32_t, 2> code(CodedGenotype, NumVars, NumObs);
+  const float count = static_cast<float>(NumObs);
+
+  // Centred columns: the regressors, then the response.  The code sums are
+  // exact integers; only the mean is rounded.
+  Array<float, 1> xbar(NumVars);
+  Array<float, 2> centred(NumObs, numCols);
+  for (int m = 1; m <= NumVars; ++m) {
+    std::int32_t sum = 0;
+    for (int l = 1; l <= NumObs; ++l) sum += code(m, l);
+    xbar(m) = static_cast<float>(sum) / count;
+    for (int l = 1; l <= NumObs; ++l) centred(l, m) = static_cast<float>(code(m, l)) - xbar(m);
+  }
+  float ySum = 0.0f;
+  for (int l = 0; l < NumObs; ++l) ySum = ySum + y[l];
+  const float ybar = ySum / count;
+  for (int l = 1; l <= NumObs; ++l) centred(l, numCols) = y[l - 1] - ybar;
+
+  Array<float, 2> cov(numCols, numCols);
+  CovarianceOfColumns(NumObs, numCols, centred, cov);
+  centred.Release();
+
+  Array<int, 1> level(numCols);
+  level.Fill(1);
+  level(numCols) = -1;
+  RstepOptions options;
+  options.LEVEL = &level;
+  options.NFORCE = 0;
+  options.NSTEP = -1;
+  options.ISTEP = 0;
+  options.PIN = PIN;
+  options.POUT = POUT;
+  options.TOL = 100.0f * AMACH(4);
+  ERSET(0, 0, 0);
+
+  StepAovTable aov;
+  Array<float, 2> coef(numCols - 1, 5);
+  Array<float, 2> covs(numCols, numCols);
+  Array<float, 1> hist(numCols);
+  RSTEP(numCols, cov, NumObs, options, aov, coef, covs, nullptr, &hist);
+  for (int runs = 1; runs < kMaxRuns && FitsTooWell(aov(12)); ++runs) {
+    options.PIN = options.PIN / 2.0f;
+    options.POUT = options.POUT / 2.0f;
+    RSTEP(numCols, cov, NumObs, options, aov, coef, covs, nullptr, &hist);
+  }
+
+  int numTerms = 0;
+  for (int i = 1; i <= numCols; ++i)
+    if (hist(i) > 0.5f) ++numTerms;
+  model.NumTerms = numTerms;
+  model.TermIndex.Allocate(numTerms);
+  model.Coef.assign(static_cast<std::size_t>(numTerms) + 1, 0.0f);
+  int k = 0;
+  for (int i = 1; i <= NumVars; ++i) {
+    if (hist(i) > 0.5f) {
+      ++k;
+      model.TermIndex(k) = i;
+      model.Coef[static_cast<std::size_t>(k)] = coef(i, 1);
+    }
+  }
+
+  // The intercept puts the centring back; variables out of the model add
+  // nothing to it.
+  float shift = 0.0f;
+  for (int i = 1; i <= NumVars; ++i) {
+    if (hist(i) < 0.5f) coef(i, 1) = 0.0f;
+    shift = shift + coef(i, 1) * xbar(i);
+  }
+  model.Coef[0] = ybar - shift;
+  model.RSquare = ZeroIfNaN(aov(11));
+  model.AdjRSquare = ZeroIfNaN(aov(12));
+}
+
+}  // namespace tov

@@ -1,0 +1,70 @@
+#include "numerics/matrix/CovarianceMatrix.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+#include "numerics/basic/Basic.h"
+
+namespace tov {
+namespace {
+
+bool SameBits(float a, float b) {
+  std::uint32_t x, y;
+  std::memcpy(&x, &a, sizeof x);
+  std::memcpy(&y, &b, sizeof y);
+  return x == y;
+}
+
+TEST(CovarianceOfColumns, DividesByTheNumberOfObservations) {
+  const float data[3][5] = {{1, 2, 3, 4, 6}, {2, 1, 0, 1, 1}, {0.5f, -1, 2, 3, -0.25f}};
+  Array<float, 2> columns(5, 3);
+  for (int j = 1; j <= 3; ++j)
+    for (int l = 1; l <= 5; ++l) columns(l, j) = data[j - 1][l - 1];
+  Array<float, 2> c(3, 3);
+  CovarianceOfColumns(5, 3, columns, c);
+  // numpy 1.24: np.cov(data, bias=True).
+  const float expected[3][3] = {{2.96f, -0.4f, 0.28f}, {-0.4f, 0.4f, -0.3f}, {0.28f, -0.3f, 2.14f}};
+  for (int i = 1; i <= 3; ++i)
+    for (int j = 1; j <= 3; ++j) EXPECT_NEAR(c(i, j), expected[i - 1][j - 1], 2e-6f) << i << "," << j;
+}
+
+// Columns of uneven sizes and offsets, more of them than one panel holds
+// and not a multiple of it, with a missing code in one column and a NaN in
+// another: every element must be the very float of ColumnCovariance.
+TEST(CovarianceOfColumns, EveryElementIsBitIdenticalToColumnCovariance) {
+  const int numObs = 53;
+  const int numCols = 37;
+  Array<float, 2> columns(numObs, numCols);
+  std::uint32_t state = 2024u;
+  for (int j = 1; j <= numCols; ++j)
+    for (int l = 1; l <= numObs; ++l) {
+      state = state * 1664525u + 1013904223u;
+      columns(l, j) = static_cast<float>(state >> 9) / 8388608.0f * static_cast<float>(j) - 0.3f * static_cast<float>(j);
+    }
+  columns(7, 5) = -9999.0f;
+  columns(40, 30) = std::numeric_limits<float>::quiet_NaN();
+  Array<float, 2> c(numCols, numCols);
+  CovarianceOfColumns(numObs, numCols, columns, c);
+  for (int i = 1; i <= numCols; ++i)
+    for (int j = 1; j <= numCols; ++j) {
+      const float direct = ColumnCovariance(numObs, &columns(1, i), &columns(1, j));
+      EXPECT_TRUE(SameBits(c(i, j), direct)) << i << "," << j << ": " << c(i, j) << " vs " << direct;
+    }
+  // Missing values, NaN among them, are skipped pair by pair.
+  EXPECT_FALSE(std::isnan(c(5, 6)));
+  EXPECT_FALSE(std::isnan(c(30, 1)));
+}
+
+TEST(CovarianceOfColumns, NoObservationsGiveNaN) {
+  Array<float, 2> columns(0, 2);
+  Array<float, 2> c(2, 2);
+  CovarianceOfColumns(0, 2, columns, c);
+  for (float v : c) EXPECT_TRUE(std::isnan(v));
+}
+
+}  // namespace
+}  // namespace tov
