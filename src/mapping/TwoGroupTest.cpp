@@ -97,7 +97,7 @@ __attribute__((always_inline)) inline void TestInLanes(int n, const char* codes,
 
 // Built for AVX2 as well where it exists, which doubles the speed: the
 // lanes round exactly as scalar floats do.
-__attribute__((target_clones("avx2", "default"))) void TwoGroupBlock(int n, const char* codes, std::ptrdiff_t stride,
+__attribute__((target_clones("avx512f", "avx2", "default"))) void TwoGroupBlock(int n, const char* codes, std::ptrdiff_t stride,
                                                                       const float* y, MarkerTest* records) {
   TestInLanes<TwoGroupBlockWidth>(n, codes, stride, y, records);
 }
