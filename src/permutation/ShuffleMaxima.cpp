@@ -1,11 +1,12 @@
 #include "permutation/ShuffleMaxima.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "core/Parallel.h"
 #include "mapping/AdditiveScan.h"
 #include "mapping/MarkerTest.h"
-#include "mapping/SingleMarkerScan.h"
+#include "mapping/SingleMarkerMaxima.h"
 #include "numerics/stepwise/StepModel.h"
 
 namespace tov {
@@ -30,22 +31,15 @@ void InChunks(int times, const ScanChunk& scanChunk) {
 void MarkerShuffleMaxima(int methodCode, int numMarkers, int numLines, const Array<char, 2>& scanGenotype,
                          const Array<float, 2>& shuffles, float* maxima) {
   const int times = static_cast<int>(shuffles.Extent(2));
+  // The additive scan against a model of no term tests the shuffle less a
+  // fit of 0.0, which is the shuffle itself.
+  std::vector<float> fit(static_cast<std::size_t>(numLines));
+  if (methodCode != SingleMarkerPermutation) FittedValues(numMarkers, numLines, scanGenotype, StepModel{}, fit.data());
   InChunks(times, [&](int first, int last) {
-    MarkerTestTable table;
-    table.NumTests = numMarkers;
-    AllocMarkerTests(methodCode, table);
-    const StepModel emptyModel{0, {}, {0.0f}, 0.0f, 0.0f};
-    for (int k = first; k <= last; ++k) {
-      const float* y = shuffles.Data() + static_cast<std::size_t>(k - 1) * static_cast<std::size_t>(numLines);
-      if (methodCode == SingleMarkerPermutation)
-        SingleMarkerScan(numMarkers, numLines, scanGenotype, y, table);
-      else
-        AdditiveScan(numMarkers, numLines, scanGenotype, y, emptyModel, table);
-      float highest = 0.0f;
-      for (int m = 1; m <= numMarkers; ++m)
-        if (table.Test(m).LOD(1) > highest) highest = table.Test(m).LOD(1);
-      maxima[k - 1] = highest;
-    }
+    Array<float, 2> ys(numLines, last - first + 1);
+    for (int k = first; k <= last; ++k)
+      for (int l = 1; l <= numLines; ++l) ys(l, k - first + 1) = shuffles(l, k) - fit[static_cast<std::size_t>(l - 1)];
+    SingleMarkerMaxima(numMarkers, numLines, scanGenotype, ys, maxima + (first - 1));
   });
 }
 
