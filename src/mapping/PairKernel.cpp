@@ -1,10 +1,12 @@
 #include "mapping/PairKernel.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "mapping/FourGroupTest.h"
 #include "mapping/LogDensity.h"
+#include "mapping/MarkerCode.h"
 
 // The lane helpers below are always inlined into the variant that uses
 // them, so no vector ever crosses a call: the ABI note does not apply.
@@ -31,29 +33,29 @@ RowLines RowLinesOf(const PairCodes& codes, int first, const float* y) {
   RowLines row;
   const auto stride = static_cast<std::ptrdiff_t>(codes.Code.Extent(1));
   for (int l = 1; l <= codes.NumLines; ++l) {
-    const char code = codes.Code(first, l);
-    if (code != 'A' && code != 'B') continue;
+    const std::int32_t code = codes.Code(first, l);
+    if (code == 0) continue;
     row.Offset.push_back((l - 1) * stride);
-    row.FirstIsB.push_back(code == 'B');
+    row.FirstIsB.push_back(code < 0);
     row.Value.push_back(y[l - 1]);
   }
   return row;
 }
 
-// W lanes of floats, of int32 masks (all ones or zeros) and of codes.  A
-// vector of 16, 8 or 4 lanes is one AVX-512, AVX2 or SSE register.
+// W lanes of floats and of int32 (codes, and masks of all ones or zeros).
+// A vector of 16, 8 or 4 lanes is one AVX-512, AVX2 or SSE register.
 template <int W>
 struct Lanes {
   typedef float F __attribute__((vector_size(4 * W)));
   typedef std::int32_t I __attribute__((vector_size(4 * W)));
-  typedef std::int8_t C __attribute__((vector_size(W)));
 };
 
+// x in every lane.  The scalar operand of a vector operation is spread over
+// the lanes; or-ing into zeros leaves its bits as they are.
 template <class V, class T>
 TOV_LANES_INLINE V Splat(T x) {
-  V v;
-  for (int k = 0; k < static_cast<int>(sizeof(V) / sizeof(T)); ++k) v[k] = x;
-  return v;
+  typedef std::int32_t I __attribute__((vector_size(sizeof(V))));
+  return (V)(I{} | std::bit_cast<std::int32_t>(x));
 }
 
 // value where mask is all ones, +0.0 elsewhere: a masked add of +0.0 leaves
@@ -73,11 +75,22 @@ TOV_LANES_INLINE F ZeroIfNaN(F x) {
   return Keep<F, I>(x == x, x);
 }
 
+// The masks of 'A' and 'B' in W codes of one line.  They come from the bits
+// of the codes (+1, -1, 0) rather than from comparisons, which some
+// compilers would take apart lane by lane for the widest registers.
 template <int W>
-TOV_LANES_INLINE typename Lanes<W>::I CodesAt(const char* place) {
-  typename Lanes<W>::C code;
+struct CodeMasks {
+  typename Lanes<W>::I A, B;
+};
+
+template <int W>
+TOV_LANES_INLINE CodeMasks<W> CodesAt(const std::int32_t* place) {
+  using I = typename Lanes<W>::I;
+  I code;
   std::memcpy(&code, place, sizeof code);
-  return __builtin_convertvector(code, typename Lanes<W>::I);
+  const I b = code >> 31;                  // -1 only
+  const I typed = -(code & 1);   // +1 or -1
+  return {typed & ~b, b};
 }
 
 // The lane's value of a line: y, or where the lane's second marker is
@@ -102,9 +115,7 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
   using I = typename Lanes<W>::I;
   constexpr int V = PairBlockWidth / W;
   const int numLines = static_cast<int>(row.Value.size());
-  const char* base = &codes.Code(second, 1);
-  const I codeA = Splat<I>(std::int32_t{'A'});
-  const I codeB = Splat<I>(std::int32_t{'B'});
+  const std::int32_t* base = &codes.Code(second, 1);
 
   F slope[V] = {};
   I selected[V] = {};
@@ -122,13 +133,13 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
   F sum[4][V] = {};
   F sumAll[V] = {};
   for (int l = 0; l < numLines; ++l) {
-    const char* line = base + row.Offset[l];
+    const std::int32_t* line = base + row.Offset[l];
     const F y = Splat<F>(row.Value[l]);
-    const I firstA = Splat<I>(row.FirstIsB[l] - 1);
+    const std::int32_t firstA = row.FirstIsB[l] - 1;  // all ones for 'A'
     for (int v = 0; v < V; ++v) {
-      const I code = CodesAt<W>(line + v * W);
-      const I a = code == codeA;
-      const I b = code == codeB;
+      const CodeMasks<W> code = CodesAt<W>(line + v * W);
+      const I a = code.A;
+      const I b = code.B;
       const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
       const I cell[4] = {a & firstA, b & firstA, a & ~firstA, b & ~firstA};
       sumAll[v] = sumAll[v] + Keep(a | b, value);
@@ -169,13 +180,13 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
   // The three sums of squares side by side.
   F squares[3][V] = {};
   for (int l = 0; l < numLines; ++l) {
-    const char* line = base + row.Offset[l];
+    const std::int32_t* line = base + row.Offset[l];
     const F y = Splat<F>(row.Value[l]);
     const int firstB = row.FirstIsB[l];
     for (int v = 0; v < V; ++v) {
-      const I code = CodesAt<W>(line + v * W);
-      const I a = code == codeA;
-      const I b = code == codeB;
+      const CodeMasks<W> code = CodesAt<W>(line + v * W);
+      const I a = code.A;
+      const I b = code.B;
       const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
       const F d0 = value - meanAll[v];
       const F d1 = value - Pick<F>(b, cellMean[firstB][1][v], cellMean[firstB][0][v]);
@@ -201,13 +212,13 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
   F logL[3][V] = {};
   const F ln10 = Splat<F>(2.3025851f);
   for (int l = 0; l < numLines; ++l) {
-    const char* line = base + row.Offset[l];
+    const std::int32_t* line = base + row.Offset[l];
     const F y = Splat<F>(row.Value[l]);
     const int firstB = row.FirstIsB[l];
     for (int v = 0; v < V; ++v) {
-      const I code = CodesAt<W>(line + v * W);
-      const I a = code == codeA;
-      const I b = code == codeB;
+      const CodeMasks<W> code = CodesAt<W>(line + v * W);
+      const I a = code.A;
+      const I b = code.B;
       const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
       const F d0 = value - meanAll[v];
       const F d1 = value - Pick<F>(b, cellMean[firstB][1][v], cellMean[firstB][0][v]);
@@ -288,9 +299,8 @@ PairCodes PairCodesOf(int numMarkers, int numLines, const Array<char, 2>& scanGe
   // Rounded up to whole blocks, so that each line starts a block boundary.
   const int stride = (numMarkers + 2 * PairBlockWidth - 1) / PairBlockWidth * PairBlockWidth;
   codes.Code.Allocate(stride, numLines);
-  codes.Code.Fill('X');
   for (int l = 1; l <= numLines; ++l)
-    for (int m = 1; m <= numMarkers; ++m) codes.Code(m, l) = scanGenotype(m, l);
+    for (int m = 1; m <= numMarkers; ++m) codes.Code(m, l) = MarkerCode(scanGenotype(m, l));
   return codes;
 }
 

@@ -23,13 +23,14 @@ namespace tov {
 
 constexpr int PairBlockWidth = 32;
 
-// A line-major copy of the codes of the kept markers, padded with 'X' so
-// that a block of lanes may read past the last marker: Code(m, l) is the
-// code of marker m at line l, and the codes of one line are contiguous.
+// A line-major copy of the codes of the kept markers as regressors
+// (MarkerCode: +1 'A', -1 'B', 0 missing), padded with 0 so that a block of
+// lanes may read past the last marker: Code(m, l) is the code of marker m
+// at line l, and the codes of one line are contiguous, one lane wide each.
 struct PairCodes {
   std::int32_t NumMarkers = 0;
   std::int32_t NumLines = 0;
-  Array<char, 2> Code;  // [Stride, NumLines], Stride >= NumMarkers + PairBlockWidth - 1
+  Array<std::int32_t, 2> Code;  // [Stride, NumLines], Stride >= NumMarkers + PairBlockWidth - 1
 };
 
 // scanGenotype [numMarkers, numLines], markers fastest.
