@@ -1,0 +1,339 @@
+#include "mapping/PairKernel.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "mapping/FourGroupTest.h"
+#include "mapping/LogDensity.h"
+#include "mapping/MarkerCode.h"
+
+// The lane helpers below are always inlined into the variant that uses
+// them, so no vector ever crosses a call: the ABI note does not apply.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wpsabi"
+#endif
+
+namespace tov {
+
+namespace {
+
+#define TOV_LANES_INLINE __attribute__((always_inline)) inline
+
+// The lines that take part in some pair of one first marker, those where
+// its code is 'A' or 'B', in line order: where the codes of the line start,
+// whether the first marker has 'B', and the line's value.
+struct RowLines {
+  std::vector<std::ptrdiff_t> Offset;
+  std::vector<std::int32_t> FirstIsB;
+  std::vector<float> Value;
+};
+
+RowLines RowLinesOf(const PairCodes& codes, int first, const float* y) {
+  RowLines row;
+  const auto stride = static_cast<std::ptrdiff_t>(codes.Code.Extent(1));
+  for (int l = 1; l <= codes.NumLines; ++l) {
+    const std::int32_t code = codes.Code(first, l);
+    if (code == 0) continue;
+    row.Offset.push_back((l - 1) * stride);
+    row.FirstIsB.push_back(code < 0);
+    row.Value.push_back(y[l - 1]);
+  }
+  return row;
+}
+
+// W lanes of floats and of int32 (codes, and masks of all ones or zeros).
+// A vector of 16, 8 or 4 lanes is one AVX-512, AVX2 or SSE register.
+template <int W>
+struct Lanes {
+  typedef float F __attribute__((vector_size(4 * W)));
+  typedef std::int32_t I __attribute__((vector_size(4 * W)));
+};
+
+// x in every lane.  The scalar operand of a vector operation is spread over
+// the lanes; or-ing into zeros leaves its bits as they are.
+template <class V, class T>
+TOV_LANES_INLINE V Splat(T x) {
+  typedef std::int32_t I __attribute__((vector_size(sizeof(V))));
+  return (V)(I{} | std::bit_cast<std::int32_t>(x));
+}
+
+// value where mask is all ones, +0.0 elsewhere: a masked add of +0.0 leaves
+// a sum started at +0.0 as it is (numerics/basic/LaneSelect.h).
+template <class F, class I>
+TOV_LANES_INLINE F Keep(I mask, F value) {
+  return (F)((I)value & mask);
+}
+
+template <class F, class I>
+TOV_LANES_INLINE F Pick(I mask, F a, F b) {
+  return (F)(((I)a & mask) | ((I)b & ~mask));
+}
+
+template <class F, class I>
+TOV_LANES_INLINE F ZeroIfNaN(F x) {
+  return Keep<F, I>(x == x, x);
+}
+
+// The masks of 'A' and 'B' in W codes of one line.  They come from the bits
+// of the codes (+1, -1, 0) rather than from comparisons, which some
+// compilers would take apart lane by lane for the widest registers.
+template <int W>
+struct CodeMasks {
+  typename Lanes<W>::I A, B;
+};
+
+template <int W>
+TOV_LANES_INLINE CodeMasks<W> CodesAt(const std::int32_t* place) {
+  using I = typename Lanes<W>::I;
+  I code;
+  std::memcpy(&code, place, sizeof code);
+  const I b = code >> 31;                  // -1 only
+  const I typed = -(code & 1);   // +1 or -1
+  return {typed & ~b, b};
+}
+
+// The lane's value of a line: y, or where the lane's second marker is
+// selected, y plus its slope times its code.
+template <bool WithTerms, class F, class I>
+TOV_LANES_INLINE F ValueOf(F y, I a, I b, F slope, I selected) {
+  if constexpr (WithTerms) {
+    const F code = Pick<F>(a, Splat<F>(1.0f), Pick<F>(b, Splat<F>(-1.0f), Splat<F>(0.0f)));
+    return Pick<F>(selected, y + slope * code, y);
+  } else {
+    return y;
+  }
+}
+
+// The pairs (first, second + lane) for lanes 0 .. valid - 1; lanes past
+// them read the padding and are dropped.  With terms, a lane whose second
+// marker is selected has its slope times its code added to y, line by line.
+template <int W, bool WithTerms>
+TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int first, int second, int valid,
+                            const SecondMarkerTerms* terms, PairTest* records) {
+  using F = typename Lanes<W>::F;
+  using I = typename Lanes<W>::I;
+  constexpr int V = PairBlockWidth / W;
+  const int numLines = static_cast<int>(row.Value.size());
+  const std::int32_t* base = &codes.Code(second, 1);
+
+  F slope[V] = {};
+  I selected[V] = {};
+  if constexpr (WithTerms) {
+    for (int v = 0; v < V; ++v)
+      for (int k = 0; k < W; ++k) {
+        const int lane = v * W + k;
+        if (lane >= valid) continue;
+        slope[v][k] = terms->Slope(second + lane);
+        selected[v][k] = terms->Selected(second + lane) != 0 ? -1 : 0;
+      }
+  }
+  // Counts and sums of the cells, and the sum over all four.
+  I count[4][V] = {};
+  F sum[4][V] = {};
+  F sumAll[V] = {};
+  for (int l = 0; l < numLines; ++l) {
+    const std::int32_t* line = base + row.Offset[l];
+    const F y = Splat<F>(row.Value[l]);
+    const std::int32_t firstA = row.FirstIsB[l] - 1;  // all ones for 'A'
+    for (int v = 0; v < V; ++v) {
+      const CodeMasks<W> code = CodesAt<W>(line + v * W);
+      const I a = code.A;
+      const I b = code.B;
+      const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
+      const I cell[4] = {a & firstA, b & firstA, a & ~firstA, b & ~firstA};
+      sumAll[v] = sumAll[v] + Keep(a | b, value);
+      for (int k = 0; k < 4; ++k) {
+        count[k][v] = count[k][v] - cell[k];
+        sum[k][v] = sum[k][v] + Keep(cell[k], value);
+      }
+    }
+  }
+
+  // Means, shares and the additive cell values, by [first is 'B'][second
+  // is 'B'] for the passes below.
+  F meanAll[V], cellMean[2][2][V], additive[2][2][V], cellFreq[4][V];
+  I total[V];
+  for (int v = 0; v < V; ++v) {
+    total[v] = count[0][v] + count[1][v] + count[2][v] + count[3][v];
+    const F totalReal = __builtin_convertvector(total[v], F);
+    meanAll[v] = sumAll[v] / totalReal;
+    F m[4];
+    for (int k = 0; k < 4; ++k) {
+      const F countReal = __builtin_convertvector(count[k][v], F);
+      m[k] = sum[k][v] / countReal;
+      cellFreq[k][v] = countReal / totalReal;
+      cellMean[k / 2][k % 2][v] = m[k];
+    }
+    const F plus = Splat<F>(0.25f);
+    const F minus = Splat<F>(-0.25f);
+    const F zero = Splat<F>(0.0f);
+    const F mean = ZeroIfNaN<F, I>((((zero + plus * m[0]) + plus * m[1]) + plus * m[2]) + plus * m[3]);
+    const F add1 = ZeroIfNaN<F, I>((((zero + plus * m[0]) + plus * m[1]) + minus * m[2]) + minus * m[3]);
+    const F add2 = ZeroIfNaN<F, I>((((zero + plus * m[0]) + minus * m[1]) + plus * m[2]) + minus * m[3]);
+    additive[0][0][v] = mean + add1 + add2;
+    additive[0][1][v] = mean + add1 - add2;
+    additive[1][0][v] = mean - add1 + add2;
+    additive[1][1][v] = mean - add1 - add2;
+  }
+
+  // The three sums of squares side by side.
+  F squares[3][V] = {};
+  for (int l = 0; l < numLines; ++l) {
+    const std::int32_t* line = base + row.Offset[l];
+    const F y = Splat<F>(row.Value[l]);
+    const int firstB = row.FirstIsB[l];
+    for (int v = 0; v < V; ++v) {
+      const CodeMasks<W> code = CodesAt<W>(line + v * W);
+      const I a = code.A;
+      const I b = code.B;
+      const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
+      const F d0 = value - meanAll[v];
+      const F d1 = value - Pick<F>(b, cellMean[firstB][1][v], cellMean[firstB][0][v]);
+      const F d2 = value - Pick<F>(b, additive[firstB][1][v], additive[firstB][0][v]);
+      squares[0][v] = squares[0][v] + Keep(a | b, d0 * d0);
+      squares[1][v] = squares[1][v] + Keep(a | b, d1 * d1);
+      squares[2][v] = squares[2][v] + Keep(a | b, d2 * d2);
+    }
+  }
+
+  // All three variances divide by N - 1; the constant part of each log
+  // density is formed once per pair.
+  F constant[3][V], twoV[3][V];
+  for (int v = 0; v < V; ++v) {
+    const F divisor = __builtin_convertvector(total[v] - Splat<I>(1), F);
+    for (int s = 0; s < 3; ++s) {
+      const F variance = squares[s][v] / divisor;
+      twoV[s][v] = Splat<F>(2.0f) * variance;
+      for (int k = 0; k < W; ++k) constant[s][v][k] = LogDensityConstant(variance[k]);
+    }
+  }
+
+  F logL[3][V] = {};
+  const F ln10 = Splat<F>(2.3025851f);
+  for (int l = 0; l < numLines; ++l) {
+    const std::int32_t* line = base + row.Offset[l];
+    const F y = Splat<F>(row.Value[l]);
+    const int firstB = row.FirstIsB[l];
+    for (int v = 0; v < V; ++v) {
+      const CodeMasks<W> code = CodesAt<W>(line + v * W);
+      const I a = code.A;
+      const I b = code.B;
+      const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
+      const F d0 = value - meanAll[v];
+      const F d1 = value - Pick<F>(b, cellMean[firstB][1][v], cellMean[firstB][0][v]);
+      const F d2 = value - Pick<F>(b, additive[firstB][1][v], additive[firstB][0][v]);
+      logL[0][v] = logL[0][v] + Keep(a | b, constant[0][v] - d0 * d0 / twoV[0][v] / ln10);
+      logL[1][v] = logL[1][v] + Keep(a | b, constant[1][v] - d1 * d1 / twoV[1][v] / ln10);
+      logL[2][v] = logL[2][v] + Keep(a | b, constant[2][v] - d2 * d2 / twoV[2][v] / ln10);
+    }
+  }
+
+  for (int lane = 0; lane < valid; ++lane) {
+    const int v = lane / W;
+    const int k = lane % W;
+    PairTest& record = records[lane];
+    record.Marker1 = first;
+    record.Marker2 = second + lane;
+    PairLods(logL[0][v][k], logL[1][v][k], logL[2][v][k], record.LOD);
+    for (int c = 0; c < 4; ++c) {
+      record.CellMean(c + 1) = cellMean[c / 2][c % 2][v][k];
+      record.CellFreq(c + 1) = cellFreq[c][v][k];
+    }
+  }
+}
+
+template <int W>
+TOV_LANES_INLINE void RowInLanes(const PairCodes& codes, int first, int secondFrom, int secondTo, const float* y,
+                                 const SecondMarkerTerms* terms, PairTest* records) {
+  if (secondFrom > secondTo) return;
+  const RowLines row = RowLinesOf(codes, first, y);
+  for (int second = secondFrom; second <= secondTo; second += PairBlockWidth) {
+    const int valid = std::min(PairBlockWidth, secondTo - second + 1);
+    bool withTerms = false;
+    for (int lane = 0; terms != nullptr && lane < valid; ++lane)
+      withTerms = withTerms || terms->Selected(second + lane) != 0;
+    PairTest* out = records + (second - secondFrom);
+    if (withTerms)
+      Block<W, true>(codes, row, first, second, valid, terms, out);
+    else
+      Block<W, false>(codes, row, first, second, valid, terms, out);
+  }
+}
+
+__attribute__((target("avx512f,avx512vl,avx512bw,avx512dq"))) void RowAvx512(
+    const PairCodes& codes, int first, int secondFrom, int secondTo, const float* y, const SecondMarkerTerms* terms,
+    PairTest* records) {
+  RowInLanes<16>(codes, first, secondFrom, secondTo, y, terms, records);
+}
+
+__attribute__((target("avx2"))) void RowAvx2(const PairCodes& codes, int first, int secondFrom, int secondTo,
+                                             const float* y, const SecondMarkerTerms* terms, PairTest* records) {
+  RowInLanes<8>(codes, first, secondFrom, secondTo, y, terms, records);
+}
+
+void RowBaseline(const PairCodes& codes, int first, int secondFrom, int secondTo, const float* y,
+                 const SecondMarkerTerms* terms, PairTest* records) {
+  RowInLanes<4>(codes, first, secondFrom, secondTo, y, terms, records);
+}
+
+bool Supports(PairKernelIsa isa) {
+  switch (isa) {
+    case PairKernelIsa::Avx512:
+      return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
+             __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq");
+    case PairKernelIsa::Avx2:
+      return __builtin_cpu_supports("avx2");
+    case PairKernelIsa::Baseline:
+      return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+PairCodes PairCodesOf(int numMarkers, int numLines, const Array<char, 2>& scanGenotype) {
+  PairCodes codes;
+  codes.NumMarkers = numMarkers;
+  codes.NumLines = numLines;
+  // Rounded up to whole blocks, so that each line starts a block boundary.
+  const int stride = (numMarkers + 2 * PairBlockWidth - 1) / PairBlockWidth * PairBlockWidth;
+  codes.Code.Allocate(stride, numLines);
+  for (int l = 1; l <= numLines; ++l)
+    for (int m = 1; m <= numMarkers; ++m) codes.Code(m, l) = MarkerCode(scanGenotype(m, l));
+  return codes;
+}
+
+std::vector<PairKernelIsa> SupportedPairKernels() {
+  std::vector<PairKernelIsa> supported;
+  for (PairKernelIsa isa : {PairKernelIsa::Baseline, PairKernelIsa::Avx2, PairKernelIsa::Avx512})
+    if (Supports(isa)) supported.push_back(isa);
+  return supported;
+}
+
+PairKernelIsa BestPairKernel() {
+  static const PairKernelIsa best = SupportedPairKernels().back();
+  return best;
+}
+
+void FourGroupRowWith(PairKernelIsa isa, const PairCodes& codes, int first, int secondFrom, int secondTo,
+                      const float* y, const SecondMarkerTerms* terms, PairTest* records) {
+  switch (isa) {
+    case PairKernelIsa::Avx512:
+      RowAvx512(codes, first, secondFrom, secondTo, y, terms, records);
+      return;
+    case PairKernelIsa::Avx2:
+      RowAvx2(codes, first, secondFrom, secondTo, y, terms, records);
+      return;
+    case PairKernelIsa::Baseline:
+      RowBaseline(codes, first, secondFrom, secondTo, y, terms, records);
+      return;
+  }
+}
+
+void FourGroupRow(const PairCodes& codes, int first, int secondFrom, int secondTo, const float* y,
+                  const SecondMarkerTerms* terms, PairTest* records) {
+  FourGroupRowWith(BestPairKernel(), codes, first, secondFrom, secondTo, y, terms, records);
+}
+
+}  // namespace tov
