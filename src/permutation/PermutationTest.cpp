@@ -56,8 +56,10 @@ void ShuffleLoop(RunData& run, MethodRun& method, int t, int e, const Array<floa
   float* maxima = method.PermMaxLOD.data() + method.PermCount;
   if (method.Kind == Method::SingleMarker)
     MarkerShuffleMaxima(SingleMarkerPermutation, run.NumMarkersKept, numLines, scanGenotype, shuffles, maxima);
-  else
+  else if (method.Kind == Method::Additive)
     MarkerShuffleMaxima(AdditiveMapping, run.NumMarkersKept, numLines, scanGenotype, shuffles, maxima);
+  else
+    PairShuffleMaxima(run.NumMarkersKept, numLines, scanGenotype, shuffles, maxima);
   for (int k = 1; k <= method.Times; ++k) {
     ++method.PermCount;
     WriteShuffleRow(run.Units[method.TableUnit], t, run.TraitName(t, 1, 1), e, k,
