@@ -11,7 +11,7 @@ namespace tov {
 // takes every LOD strictly above it, so that a NaN never enters: bit for
 // bit the value read off the table of SingleMarkerScan(numMarkers,
 // numLines, scanGenotype, column k).  Only the markers that could reach the
-// maximum are tested in full; see the .cpp for the bound that decides.
+// maximum are tested in full, by the bound of ShuffleLanes.h.
 void SingleMarkerMaxima(int numMarkers, int numLines, const Array<char, 2>& scanGenotype, const Array<float, 2>& ys,
                         float* maxima);
 
