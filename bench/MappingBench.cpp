@@ -1,17 +1,12 @@
 // Scans of a large mapping population, 2,000 markers over 500 lines,
-// reported as marker-line tests per second: the single-marker scan, the
-// additive scan against a model of five markers, and the highest LODs of
-// shuffles as the permutation test finds them.
+// reported as marker-line tests per second: the single-marker scan and the
+// additive scan against a model of five markers.
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <cstdint>
-#include <random>
-#include <vector>
 
 #include "mapping/AdditiveScan.h"
-#include "mapping/SingleMarkerMaxima.h"
 #include "mapping/SingleMarkerScan.h"
 
 namespace tov {
@@ -78,27 +73,6 @@ void BM_AdditiveScan(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kMarkers * kLines);
 }
 BENCHMARK(BM_AdditiveScan)->Unit(benchmark::kMillisecond);
-
-// The highest LOD of 64 shuffles of the line values, as the permutation
-// test scans them: the values no longer follow any marker.
-void BM_ShuffleMaxima(benchmark::State& state) {
-  constexpr int kShuffles = 64;
-  const Population population;
-  std::vector<float> y(population.y.Data(), population.y.Data() + kLines);
-  Array<float, 2> ys(kLines, kShuffles);
-  std::minstd_rand random(7u);
-  for (int k = 1; k <= kShuffles; ++k) {
-    std::shuffle(y.begin(), y.end(), random);
-    std::copy(y.begin(), y.end(), &ys(1, k));
-  }
-  float maxima[kShuffles];
-  for (auto _ : state) {
-    SingleMarkerMaxima(kMarkers, kLines, population.genotype, ys, maxima);
-    benchmark::DoNotOptimize(maxima);
-  }
-  state.SetItemsProcessed(state.iterations() * kMarkers * kLines * kShuffles);
-}
-BENCHMARK(BM_ShuffleMaxima)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tov

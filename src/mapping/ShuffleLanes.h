@@ -70,13 +70,13 @@ __attribute__((always_inline)) inline LaneValues LodBound(int n, const LaneValue
   const float lines = static_cast<float>(n);
   const float slack = (lines + 10.0f) * 4.0f * 0x1p-24f;
   const float fixed = slack * (2.0f * lines / 2.3025851f) + 1.0e-6f;
-  const auto constantBound = [](Vector v) {
+  const auto constantBound = [](const Vector& v) {
     const IntVector bits = std::bit_cast<IntVector>(6.283185f * v);
     const IntVector exponent = ((bits >> 23) & 0xff) - 126;
     const IntVector magnitude = exponent < 0 ? -exponent : exponent;
     return 0.150515f * __builtin_convertvector(magnitude + 2, Vector) + 0.5f;
   };
-  const auto usable = [](Vector v) { return v > 1.0e-30f && v < 1.0e30f; };
+  const auto usable = [](const Vector& v) { return v > 1.0e-30f && v < 1.0e30f; };
   LaneValues bound;
   for (int i = 0; i < Vectors; ++i) {
     const Vector full = vFull.Part[i];

@@ -16,15 +16,18 @@ namespace tov {
 namespace {
 
 // Calls scanChunk(first, last) on consecutive runs of the shuffles 1 ..
-// times that together cover them once, each run at most the shuffles that
-// the maxima kernels scan side by side, and the threads take runs as they
-// come free.
+// times that together cover them once.  The maxima kernels scan
+// ShuffleLanes shuffles side by side and list the lines of a test once for
+// all the groups of lanes of a call, so a run holds whole groups, up to
+// four of them, and there are at least as many runs as threads where the
+// groups allow; the threads take runs as they come free.
 template <class ScanChunk>
 void InChunks(int times, const ScanChunk& scanChunk) {
-  const int chunks = (times + ShuffleLanes - 1) / ShuffleLanes;
+  const int groups = (times + ShuffleLanes - 1) / ShuffleLanes;
+  const int chunks = std::max(std::min(groups, WorkerThreads()), (groups + 3) / 4);
   ParallelFor(chunks, [&](int c) {
-    const int first = static_cast<int>(static_cast<long long>(c) * times / chunks) + 1;
-    const int last = static_cast<int>(static_cast<long long>(c + 1) * times / chunks);
+    const int first = static_cast<int>(static_cast<long long>(c) * groups / chunks) * ShuffleLanes + 1;
+    const int last = std::min(times, static_cast<int>(static_cast<long long>(c + 1) * groups / chunks) * ShuffleLanes);
     scanChunk(first, last);
   });
 }
