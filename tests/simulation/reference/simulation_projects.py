@@ -12,12 +12,14 @@ import os
 
 import numpy as np
 
-PROJECTS = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "projects"))
+HERE = os.path.dirname(os.path.abspath(__file__))
+END_TO_END = os.path.normpath(os.path.join(HERE, "..", "..", "projects"))
+STATISTICAL = os.path.normpath(os.path.join(HERE, "..", "projects"))
 
 
-def write(case, name, lines):
-    os.makedirs(os.path.join(PROJECTS, case, "input"), exist_ok=True)
-    with open(os.path.join(PROJECTS, case, "input" if name != "pinned_clock" else "", name), "w") as f:
+def write(folder, name, lines):
+    os.makedirs(folder, exist_ok=True)
+    with open(os.path.join(folder, name), "w") as f:
         f.write("".join(line + "\n" for line in lines))
 
 
@@ -34,16 +36,19 @@ def chromosomes(rng, n, sizes, r=0.15, missing=0.03):
     return ["".join(row) for row in rows]
 
 
-def project(case, genotypes, head, positions, effects, sma=1, add=1, epi=0, clock="2026/05/17 09:41:07.250"):
+def project(case, genotypes, head, positions, effects, sma=1, add=1, epi=0, clock="2026/05/17 09:41:07.250",
+            lod="2.5", condition="30", root=END_TO_END):
+    inputs = os.path.join(root, case, "input")
     lines = ["! A power simulation", "2", "! NumMarkers", str(len(genotypes)), "! PopulationSize",
              str(len(genotypes[0])), "! Genotypes"]
     lines += ["M%02d " % (m + 1) + " ".join(codes) for m, codes in enumerate(genotypes)]
     lines += ["! NumQTL NumSimulations Heritability", head, " ".join(positions), " ".join(effects)]
-    write(case, "study.txt", lines)
-    write(case, "study.par", ["! Condition number", "30", "! Single marker analysis", "%d 2.5" % sma,
-                              "! Additive mapping", "%d 2.5 0.01" % add, "! Epistatic mapping", "%d 4.0 0.001" % epi])
-    write(case, "TOV.mio", ["study.txt", "study.par"])
-    write(case, "pinned_clock", [clock])
+    write(inputs, "study.txt", lines)
+    write(inputs, "study.par", ["! Condition number", condition, "! Single marker analysis", "%d %s" % (sma, lod),
+                                "! Additive mapping", "%d %s 0.01" % (add, lod), "! Epistatic mapping",
+                                "%d 4.0 0.001" % epi])
+    write(inputs, "TOV.mio", ["study.txt", "study.par"])
+    write(os.path.join(root, case), "pinned_clock", [clock])
 
 
 rng = np.random.default_rng(716)
@@ -55,3 +60,17 @@ project("simulation_no_runs", small, "1 0 0.5", ["2"], ["1.0"])
 project("simulation_heritability_one", small, "2 3 1.0", ["2", "5"], ["1.0", "-0.3"])
 project("simulation_heritability_zero", small, "2 3 0.0", ["2", "5"], ["1.0", "-0.3"])
 project("simulation_epistatic_only", small, "1 5 0.5", ["2"], ["1.0"], sma=0, add=0, epi=1)
+
+# independent_markers (not compared to expected files; its power rows are
+# read by PowerSimulationTest): 25 unlinked markers over 100 lines, a large
+# QTL on M01, 400 simulations, LOD threshold 0.5 for both methods.  The
+# per-test level that threshold implies: LOD = n/2 log10(SS0 / SS1), so a
+# marker without QTL passes when F(1, n - 2) > (n - 2)(10^(2 LOD / n) - 1).
+from scipy import stats  # noqa: E402
+
+n, lod = 100, 0.5
+independent = ["".join(rng.choice(["A", "B"], n)) for _ in range(25)]
+project("independent_markers", independent, "1 400 0.5", ["1"], ["1.0"], lod="0.5", condition="-1",
+        root=STATISTICAL)
+write(os.path.join(STATISTICAL, "independent_markers"), "false_positive_level",
+      ["%.6f" % stats.f.sf((n - 2) * (10 ** (2 * lod / n) - 1), 1, n - 2)])
