@@ -1,5 +1,7 @@
 #include "simulation/PowerSimulation.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -23,6 +25,19 @@ namespace {
 // busy through a batch, few enough that the rows waiting for their turn
 // stay small.
 constexpr int SimulationsPerThread = 8;
+
+// How many stepwise selections may run at once.  Each holds a few
+// covariance matrices of the kept markers; all of them together stay within
+// half of the machine's memory, so that a run that fits on one thread does
+// not fail for having many.
+int ConcurrentScans(const RunData& run) {
+  if (run.AddIndicator != 1) return WorkerThreads();
+  const double columns = static_cast<double>(run.NumMarkersKept) + 1.0;
+  const double selectionBytes = 4.0 * (4.0 * columns * columns + columns * run.PopulationSize);
+  const double memoryBytes = static_cast<double>(sysconf(_SC_PHYS_PAGES)) * static_cast<double>(sysconf(_SC_PAGESIZE));
+  const double fitting = memoryBytes > 0.0 ? std::floor(0.5 * memoryBytes / selectionBytes) : 1.0;
+  return static_cast<int>(std::clamp(fitting, 1.0, static_cast<double>(WorkerThreads())));
+}
 
 // One method's outcome in one simulation.
 struct MethodResult {
@@ -137,14 +152,19 @@ void PowerSimulation(RunData& run) {
   Array<float, 1> detectedAdd(run.NumMarkersKept);
   const float errorRoot = std::sqrt(run.ErrorVariance);
 
-  const int batchSize = SimulationsPerThread * WorkerThreads();
+  const int workers = ConcurrentScans(run);
+  const int batchSize = SimulationsPerThread * workers;
   std::vector<SimulationResult> batch;
   for (int first = 1; first <= run.NumSimulations; first += batchSize) {
     const int count = std::min(batchSize, run.NumSimulations - first + 1);
     batch.resize(static_cast<std::size_t>(count));
     for (SimulationResult& result : batch) DrawSimulatedTrait(run, errorRoot, result.SimTrait);
     if (!scans) continue;
-    ParallelFor(count, [&](int k) { ScanSimulation(power, first + k, batch[static_cast<std::size_t>(k)]); });
+    // Each worker takes every workers-th simulation of the batch.
+    ParallelFor(std::min(workers, count), [&](int worker) {
+      for (int k = worker; k < count; k += workers)
+        ScanSimulation(power, first + k, batch[static_cast<std::size_t>(k)]);
+    });
     for (int k = 0; k < count; ++k)
       WriteSimulation(run, first + k, batch[static_cast<std::size_t>(k)], detectedSMA, detectedAdd);
   }
