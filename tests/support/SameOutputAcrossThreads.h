@@ -3,8 +3,9 @@
 // pinned, once on one worker thread and once on several, each in a fresh
 // temporary directory, and checks that the two runs leave the same files
 // with the same bytes, console included.  Only the CPU time at the end of
-// the log and the console, which no two runs share, is left out.  The project folder holds input/
-// and, optionally, pinned_clock; without it a fixed reading is used.
+// the log and the console, which no two runs share, is left out.  The
+// project folder holds input/ and, optionally, pinned_clock; without it a
+// fixed reading is used.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -20,7 +21,7 @@
 namespace tov::testing_support {
 
 // Every file a run of the project leaves, by name, after a run on the given
-// number of threads.
+// number of threads (0: the machine's cores).
 inline std::map<std::string, std::string> OutputsWithThreads(const std::filesystem::path& project, int threads) {
   namespace fs = std::filesystem;
   const fs::path work = fs::temp_directory_path() / ("tov-threads-" + project.filename().string() + "-" +
@@ -44,6 +45,7 @@ inline std::map<std::string, std::string> OutputsWithThreads(const std::filesyst
   return outputs;
 }
 
+// The run on one thread against the run on the given number.
 inline void ExpectSameOutputAcrossThreads(const std::filesystem::path& project, int threads) {
   const std::map<std::string, std::string> one = OutputsWithThreads(project, 1);
   const std::map<std::string, std::string> many = OutputsWithThreads(project, threads);
