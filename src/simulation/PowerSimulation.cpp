@@ -60,6 +60,13 @@ struct PowerScans {
   Array<std::int32_t, 2> CodedGenotype;  // the same as regressors, for the selection
 };
 
+MarkerTestTable NewTable(int methodCode, int numMarkers) {
+  MarkerTestTable table;
+  table.NumTests = numMarkers;
+  AllocMarkerTests(methodCode, table);
+  return table;
+}
+
 // The row of effects and the significant records of a finished table, which
 // is then released.
 MethodResult Conclude(int simulation, float threshold, MarkerTestTable& table) {
@@ -79,17 +86,13 @@ void ScanSimulation(const PowerScans& scans, int simulation, SimulationResult& r
   const int numLines = run.PopulationSize;
   const float* y = result.SimTrait.data();
   if (run.SMAIndicator == 1) {
-    MarkerTestTable table;
-    table.NumTests = numMarkers;
-    AllocMarkerTests(SingleMarkerSimulation, table);
+    MarkerTestTable table = NewTable(SingleMarkerSimulation, numMarkers);
     SingleMarkerScan(numMarkers, numLines, scans.ScanGenotype, y, table);
     result.SingleMarker = Conclude(simulation, run.SMALOD, table);
   }
   if (run.AddIndicator == 1) {
     StepwiseSelection(run.AddPIN, run.AddPOUT, numMarkers, numLines, scans.CodedGenotype.Data(), y, result.Model);
-    MarkerTestTable table;
-    table.NumTests = numMarkers;
-    AllocMarkerTests(AdditiveSimulation, table);
+    MarkerTestTable table = NewTable(AdditiveSimulation, numMarkers);
     AdditiveScan(numMarkers, numLines, scans.ScanGenotype, y, result.Model, table);
     result.Additive = Conclude(simulation, run.AddLOD, table);
   }
