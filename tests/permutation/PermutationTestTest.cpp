@@ -3,10 +3,17 @@
 #include <gtest/gtest.h>
 
 #include "numerics/random/Random.h"
+#include "support/SameOutputAcrossThreads.h"
 #include "support/ScratchFile.h"
 
 namespace tov {
 namespace {
+
+// All three permutation tests, two traits in two environments: the same
+// bytes on one worker thread and on three.
+TEST(PermutationTest, SameBytesOnOneThreadAndOnThree) {
+  testing_support::ExpectSameOutputAcrossThreads(std::filesystem::path(TOV_TEST_PROJECTS) / "permutation_all_methods", 3);
+}
 
 // At 1001 kept markers the pair shuffles never run: nothing is drawn, and
 // the threshold step still gives EpiLOD 0.0 and the closing row.
