@@ -1,8 +1,8 @@
 """The end-to-end project mapping_epistatic: RSTEP-LRT epistatic mapping
 alone, two traits in two environments, one replication.
 
-- "Yield" carries an additive effect at E1 and an additive-by-additive
-  effect of E3 with E6; the stepwise selection (additive PIN 0.01) takes
+- "Yield" carries an additive effect at E1 and additive-by-additive
+  effects of E3 with E6 and of E4 with E7; the stepwise selection (additive PIN 0.01) takes
   E1 and no other marker, so the pairs with E1 get its slope back and the
   others are tested on the residual.  The selection is followed in float32
   sweeps, so the fit is the program's to the bit.
@@ -94,6 +94,8 @@ for t, name in enumerate(["Yield", "Noise"]):
                                                       var_p, EPI_LOD, rows_codes, y)
         print("  flagged", [r.split()[3] + "x" + r.split()[5] for r in selected], "PVEtotal sum",
               sum(float(s) for s in shares), "100 RSq", 100 * rsq)
+        # The selected PVEtotal share out R-square among the flagged pairs.
+        assert abs(sum(float(s) for s in shares) - 100 * rsq) < 1e-3
         rice += full
         qice += selected
 print("pairs with LODaa bounded by LODtotal:", bounded)
