@@ -1,6 +1,8 @@
 #include "mapping/PairTables.h"
 
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "mapping/PairEffects.h"
 #include "mapping/TablePlace.h"
@@ -33,14 +35,17 @@ void WritePairTables(TextOutput& allUnit, TextOutput& selectedUnit, const RunDat
                      std::string_view traitName, int environment, float varP, float sumVG, float rSquare,
                      const PairTestTable& table) {
   const Row place = TablePlace(trait, traitName, environment, run.NumEnvs);
+  // The ID and name of each kept marker, formed once for all its pairs.
+  std::vector<std::string> markerField(static_cast<std::size_t>(run.KeptMarker.Size()) + 1);
+  for (std::size_t m = 1; m < markerField.size(); ++m) {
+    const int markerId = run.KeptMarker(m);
+    markerField[m] = Row().Integer(markerId, 12).Blank().Text(run.MarkerName(markerId), 35).Str();
+  }
   for (int p = 1; p <= table.NumTests; ++p) {
     const PairTest& test = table.Test(p);
     if (HasNaN(test)) continue;
     PairRow pair{place};
-    for (int marker : {test.Marker1, test.Marker2}) {
-      const int markerId = run.KeptMarker(marker);
-      pair.Place.Integer(markerId, 12).Blank().Text(run.MarkerName(markerId), 35);
-    }
+    for (int marker : {test.Marker1, test.Marker2}) pair.Place.Add(markerField[static_cast<std::size_t>(marker)]);
     float mean = 0.0f;
     PairEffects(test.CellMean.Element.data(), mean, pair.Add1, pair.Add2, pair.AddByAdd);
     float vt = 0.0f;
