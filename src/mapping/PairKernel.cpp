@@ -22,11 +22,19 @@ namespace {
 
 // The lines that take part in some pair of one first marker, those where
 // its code is 'A' or 'B', in line order: where the codes of the line start,
-// whether the first marker has 'B', and the line's value.
+// whether the first marker has 'B', and the line's value.  The same lines
+// once more by the first marker's code, 'A' then 'B': the cells 1 and 2 sum
+// over the first side alone, 3 and 4 over the second, each in line order.
+struct RowSide {
+  std::vector<std::ptrdiff_t> Offset;
+  std::vector<float> Value;
+};
+
 struct RowLines {
   std::vector<std::ptrdiff_t> Offset;
   std::vector<std::int32_t> FirstIsB;
   std::vector<float> Value;
+  RowSide Side[2];
 };
 
 RowLines RowLinesOf(const PairCodes& codes, int first, const float* y) {
@@ -38,6 +46,8 @@ RowLines RowLinesOf(const PairCodes& codes, int first, const float* y) {
     row.Offset.push_back((l - 1) * stride);
     row.FirstIsB.push_back(code < 0);
     row.Value.push_back(y[l - 1]);
+    row.Side[code < 0].Offset.push_back((l - 1) * stride);
+    row.Side[code < 0].Value.push_back(y[l - 1]);
   }
   return row;
 }
@@ -63,6 +73,14 @@ TOV_LANES_INLINE V Splat(T x) {
 template <class F, class I>
 TOV_LANES_INLINE F Keep(I mask, F value) {
   return (F)((I)value & mask);
+}
+
+// sum + value where mask is all ones, sum elsewhere: the sum of the plain
+// loop that skips the element, as adding +0.0 would give; a select keeps a
+// NaN of a skipped element out, and AVX-512 makes it one masked add.
+template <class F, class I>
+TOV_LANES_INLINE F AddIf(I mask, F sum, F value) {
+  return mask ? sum + value : sum;
 }
 
 template <class F, class I>
@@ -128,24 +146,37 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
         selected[v][k] = terms->Selected(second + lane) != 0 ? -1 : 0;
       }
   }
-  // Counts and sums of the cells, and the sum over all four.
-  I count[4][V] = {};
-  F sum[4][V] = {};
+  // The sum over all four cells, then the counts and sums of the cells,
+  // those of the first marker's 'A' lines and then of its 'B' lines.
   F sumAll[V] = {};
   for (int l = 0; l < numLines; ++l) {
     const std::int32_t* line = base + row.Offset[l];
     const F y = Splat<F>(row.Value[l]);
-    const std::int32_t firstA = row.FirstIsB[l] - 1;  // all ones for 'A'
     for (int v = 0; v < V; ++v) {
       const CodeMasks<W> code = CodesAt<W>(line + v * W);
-      const I a = code.A;
-      const I b = code.B;
-      const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
-      const I cell[4] = {a & firstA, b & firstA, a & ~firstA, b & ~firstA};
-      sumAll[v] = sumAll[v] + Keep(a | b, value);
-      for (int k = 0; k < 4; ++k) {
-        count[k][v] = count[k][v] - cell[k];
-        sum[k][v] = sum[k][v] + Keep(cell[k], value);
+      const F value = ValueOf<WithTerms>(y, code.A, code.B, slope[v], selected[v]);
+      sumAll[v] = AddIf(code.A | code.B, sumAll[v], value);
+    }
+  }
+  I count[4][V] = {};
+  F sum[4][V] = {};
+  for (int side = 0; side < 2; ++side) {
+    const RowSide& lines = row.Side[side];
+    const int numSide = static_cast<int>(lines.Value.size());
+    I* countA = count[2 * side];
+    I* countB = count[2 * side + 1];
+    F* sumA = sum[2 * side];
+    F* sumB = sum[2 * side + 1];
+    for (int l = 0; l < numSide; ++l) {
+      const std::int32_t* line = base + lines.Offset[l];
+      const F y = Splat<F>(lines.Value[l]);
+      for (int v = 0; v < V; ++v) {
+        const CodeMasks<W> code = CodesAt<W>(line + v * W);
+        const F value = ValueOf<WithTerms>(y, code.A, code.B, slope[v], selected[v]);
+        countA[v] = countA[v] - code.A;
+        countB[v] = countB[v] - code.B;
+        sumA[v] = AddIf(code.A, sumA[v], value);
+        sumB[v] = AddIf(code.B, sumB[v], value);
       }
     }
   }
@@ -191,9 +222,9 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
       const F d0 = value - meanAll[v];
       const F d1 = value - Pick<F>(b, cellMean[firstB][1][v], cellMean[firstB][0][v]);
       const F d2 = value - Pick<F>(b, additive[firstB][1][v], additive[firstB][0][v]);
-      squares[0][v] = squares[0][v] + Keep(a | b, d0 * d0);
-      squares[1][v] = squares[1][v] + Keep(a | b, d1 * d1);
-      squares[2][v] = squares[2][v] + Keep(a | b, d2 * d2);
+      squares[0][v] = AddIf(a | b, squares[0][v], d0 * d0);
+      squares[1][v] = AddIf(a | b, squares[1][v], d1 * d1);
+      squares[2][v] = AddIf(a | b, squares[2][v], d2 * d2);
     }
   }
 
@@ -223,9 +254,9 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
       const F d0 = value - meanAll[v];
       const F d1 = value - Pick<F>(b, cellMean[firstB][1][v], cellMean[firstB][0][v]);
       const F d2 = value - Pick<F>(b, additive[firstB][1][v], additive[firstB][0][v]);
-      logL[0][v] = logL[0][v] + Keep(a | b, constant[0][v] - d0 * d0 / twoV[0][v] / ln10);
-      logL[1][v] = logL[1][v] + Keep(a | b, constant[1][v] - d1 * d1 / twoV[1][v] / ln10);
-      logL[2][v] = logL[2][v] + Keep(a | b, constant[2][v] - d2 * d2 / twoV[2][v] / ln10);
+      logL[0][v] = AddIf(a | b, logL[0][v], constant[0][v] - d0 * d0 / twoV[0][v] / ln10);
+      logL[1][v] = AddIf(a | b, logL[1][v], constant[1][v] - d1 * d1 / twoV[1][v] / ln10);
+      logL[2][v] = AddIf(a | b, logL[2][v], constant[2][v] - d2 * d2 / twoV[2][v] / ln10);
     }
   }
 
