@@ -10,7 +10,7 @@
 
 // The lane helpers below are always inlined into the variant that uses
 // them, so no vector ever crosses a call: the ABI note does not apply.
-#if defined(__GNUC__) && !defined(__clang__)
+#if defined(__GNUC__)
 #pragma GCC diagnostic ignored "-Wpsabi"
 #endif
 
@@ -68,13 +68,6 @@ TOV_LANES_INLINE V Splat(T x) {
   return (V)(I{} | std::bit_cast<std::int32_t>(x));
 }
 
-// value where mask is all ones, +0.0 elsewhere: a masked add of +0.0 leaves
-// a sum started at +0.0 as it is (numerics/basic/LaneSelect.h).
-template <class F, class I>
-TOV_LANES_INLINE F Keep(I mask, F value) {
-  return (F)((I)value & mask);
-}
-
 // sum + value where mask is all ones, sum elsewhere: the sum of the plain
 // loop that skips the element, as adding +0.0 would give; a select keeps a
 // NaN of a skipped element out, and AVX-512 makes it one masked add.
@@ -88,9 +81,9 @@ TOV_LANES_INLINE F Pick(I mask, F a, F b) {
   return (F)(((I)a & mask) | ((I)b & ~mask));
 }
 
-template <class F, class I>
-TOV_LANES_INLINE F ZeroIfNaN(F x) {
-  return Keep<F, I>(x == x, x);
+template <class F>
+TOV_LANES_INLINE F ZeroIfNaN(const F& x) {
+  return x == x ? x : F{};
 }
 
 // The masks of 'A' and 'B' in W codes of one line.  They come from the bits
@@ -199,9 +192,9 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     const F plus = Splat<F>(0.25f);
     const F minus = Splat<F>(-0.25f);
     const F zero = Splat<F>(0.0f);
-    const F mean = ZeroIfNaN<F, I>((((zero + plus * m[0]) + plus * m[1]) + plus * m[2]) + plus * m[3]);
-    const F add1 = ZeroIfNaN<F, I>((((zero + plus * m[0]) + plus * m[1]) + minus * m[2]) + minus * m[3]);
-    const F add2 = ZeroIfNaN<F, I>((((zero + plus * m[0]) + minus * m[1]) + plus * m[2]) + minus * m[3]);
+    const F mean = ZeroIfNaN((((zero + plus * m[0]) + plus * m[1]) + plus * m[2]) + plus * m[3]);
+    const F add1 = ZeroIfNaN((((zero + plus * m[0]) + plus * m[1]) + minus * m[2]) + minus * m[3]);
+    const F add2 = ZeroIfNaN((((zero + plus * m[0]) + minus * m[1]) + plus * m[2]) + minus * m[3]);
     additive[0][0][v] = mean + add1 + add2;
     additive[0][1][v] = mean + add1 - add2;
     additive[1][0][v] = mean - add1 + add2;
