@@ -116,6 +116,31 @@ TOV_LANES_INLINE F ValueOf(F y, I a, I b, F slope, I selected) {
   }
 }
 
+// What the passes over the lines after the first need of a block: each
+// lane's mean over all cells, its cell means and additive cell values by
+// [first is 'B'][second is 'B'], and the term of its second marker.
+template <int W>
+struct BlockFit {
+  static constexpr int V = PairBlockWidth / W;
+  typename Lanes<W>::F MeanAll[V], CellMean[2][2][V], Additive[2][2][V], Slope[V] = {};
+  typename Lanes<W>::I Selected[V] = {};
+};
+
+// The deviations of a line's value from the three models in the lanes of
+// vector v, and the mask of the lanes where the line takes part.
+template <int W, bool WithTerms>
+TOV_LANES_INLINE typename Lanes<W>::I Deviations(const BlockFit<W>& fit, const std::int32_t* line,
+                                                 typename Lanes<W>::F y, int firstB, int v,
+                                                 typename Lanes<W>::F (&d)[3]) {
+  using F = typename Lanes<W>::F;
+  const CodeMasks<W> code = CodesAt<W>(line + v * W);
+  const F value = ValueOf<WithTerms>(y, code.A, code.B, fit.Slope[v], fit.Selected[v]);
+  d[0] = value - fit.MeanAll[v];
+  d[1] = value - Pick<F>(code.B, fit.CellMean[firstB][1][v], fit.CellMean[firstB][0][v]);
+  d[2] = value - Pick<F>(code.B, fit.Additive[firstB][1][v], fit.Additive[firstB][0][v]);
+  return code.A | code.B;
+}
+
 // The pairs (first, second + lane) for lanes 0 .. valid - 1; lanes past
 // them read the padding and are dropped.  With terms, a lane whose second
 // marker is selected has its slope times its code added to y, line by line.
@@ -128,15 +153,14 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
   const int numLines = static_cast<int>(row.Value.size());
   const std::int32_t* base = &codes.Code(second, 1);
 
-  F slope[V] = {};
-  I selected[V] = {};
+  BlockFit<W> fit;
   if constexpr (WithTerms) {
     for (int v = 0; v < V; ++v)
       for (int k = 0; k < W; ++k) {
         const int lane = v * W + k;
         if (lane >= valid) continue;
-        slope[v][k] = terms->Slope(second + lane);
-        selected[v][k] = terms->Selected(second + lane) != 0 ? -1 : 0;
+        fit.Slope[v][k] = terms->Slope(second + lane);
+        fit.Selected[v][k] = terms->Selected(second + lane) != 0 ? -1 : 0;
       }
   }
   // The sum over all four cells, then the counts and sums of the cells,
@@ -147,7 +171,7 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     const F y = Splat<F>(row.Value[l]);
     for (int v = 0; v < V; ++v) {
       const CodeMasks<W> code = CodesAt<W>(line + v * W);
-      const F value = ValueOf<WithTerms>(y, code.A, code.B, slope[v], selected[v]);
+      const F value = ValueOf<WithTerms>(y, code.A, code.B, fit.Slope[v], fit.Selected[v]);
       sumAll[v] = AddIf(code.A | code.B, sumAll[v], value);
     }
   }
@@ -165,7 +189,7 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
       const F y = Splat<F>(lines.Value[l]);
       for (int v = 0; v < V; ++v) {
         const CodeMasks<W> code = CodesAt<W>(line + v * W);
-        const F value = ValueOf<WithTerms>(y, code.A, code.B, slope[v], selected[v]);
+        const F value = ValueOf<WithTerms>(y, code.A, code.B, fit.Slope[v], fit.Selected[v]);
         countA[v] = countA[v] - code.A;
         countB[v] = countB[v] - code.B;
         sumA[v] = AddIf(code.A, sumA[v], value);
@@ -174,20 +198,19 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     }
   }
 
-  // Means, shares and the additive cell values, by [first is 'B'][second
-  // is 'B'] for the passes below.
-  F meanAll[V], cellMean[2][2][V], additive[2][2][V], cellFreq[4][V];
+  // Means, shares and the additive cell values.
+  F cellFreq[4][V];
   I total[V];
   for (int v = 0; v < V; ++v) {
     total[v] = count[0][v] + count[1][v] + count[2][v] + count[3][v];
     const F totalReal = __builtin_convertvector(total[v], F);
-    meanAll[v] = sumAll[v] / totalReal;
+    fit.MeanAll[v] = sumAll[v] / totalReal;
     F m[4];
     for (int k = 0; k < 4; ++k) {
       const F countReal = __builtin_convertvector(count[k][v], F);
       m[k] = sum[k][v] / countReal;
       cellFreq[k][v] = countReal / totalReal;
-      cellMean[k / 2][k % 2][v] = m[k];
+      fit.CellMean[k / 2][k % 2][v] = m[k];
     }
     const F plus = Splat<F>(0.25f);
     const F minus = Splat<F>(-0.25f);
@@ -195,10 +218,10 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     const F mean = ZeroIfNaN((((zero + plus * m[0]) + plus * m[1]) + plus * m[2]) + plus * m[3]);
     const F add1 = ZeroIfNaN((((zero + plus * m[0]) + plus * m[1]) + minus * m[2]) + minus * m[3]);
     const F add2 = ZeroIfNaN((((zero + plus * m[0]) + minus * m[1]) + plus * m[2]) + minus * m[3]);
-    additive[0][0][v] = mean + add1 + add2;
-    additive[0][1][v] = mean + add1 - add2;
-    additive[1][0][v] = mean - add1 + add2;
-    additive[1][1][v] = mean - add1 - add2;
+    fit.Additive[0][0][v] = mean + add1 + add2;
+    fit.Additive[0][1][v] = mean + add1 - add2;
+    fit.Additive[1][0][v] = mean - add1 + add2;
+    fit.Additive[1][1][v] = mean - add1 - add2;
   }
 
   // The three sums of squares side by side.
@@ -208,16 +231,9 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     const F y = Splat<F>(row.Value[l]);
     const int firstB = row.FirstIsB[l];
     for (int v = 0; v < V; ++v) {
-      const CodeMasks<W> code = CodesAt<W>(line + v * W);
-      const I a = code.A;
-      const I b = code.B;
-      const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
-      const F d0 = value - meanAll[v];
-      const F d1 = value - Pick<F>(b, cellMean[firstB][1][v], cellMean[firstB][0][v]);
-      const F d2 = value - Pick<F>(b, additive[firstB][1][v], additive[firstB][0][v]);
-      squares[0][v] = AddIf(a | b, squares[0][v], d0 * d0);
-      squares[1][v] = AddIf(a | b, squares[1][v], d1 * d1);
-      squares[2][v] = AddIf(a | b, squares[2][v], d2 * d2);
+      F d[3];
+      const I typed = Deviations<W, WithTerms>(fit, line, y, firstB, v, d);
+      for (int s = 0; s < 3; ++s) squares[s][v] = AddIf(typed, squares[s][v], d[s] * d[s]);
     }
   }
 
@@ -240,16 +256,10 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     const F y = Splat<F>(row.Value[l]);
     const int firstB = row.FirstIsB[l];
     for (int v = 0; v < V; ++v) {
-      const CodeMasks<W> code = CodesAt<W>(line + v * W);
-      const I a = code.A;
-      const I b = code.B;
-      const F value = ValueOf<WithTerms>(y, a, b, slope[v], selected[v]);
-      const F d0 = value - meanAll[v];
-      const F d1 = value - Pick<F>(b, cellMean[firstB][1][v], cellMean[firstB][0][v]);
-      const F d2 = value - Pick<F>(b, additive[firstB][1][v], additive[firstB][0][v]);
-      logL[0][v] = AddIf(a | b, logL[0][v], constant[0][v] - d0 * d0 / twoV[0][v] / ln10);
-      logL[1][v] = AddIf(a | b, logL[1][v], constant[1][v] - d1 * d1 / twoV[1][v] / ln10);
-      logL[2][v] = AddIf(a | b, logL[2][v], constant[2][v] - d2 * d2 / twoV[2][v] / ln10);
+      F d[3];
+      const I typed = Deviations<W, WithTerms>(fit, line, y, firstB, v, d);
+      for (int s = 0; s < 3; ++s)
+        logL[s][v] = AddIf(typed, logL[s][v], constant[s][v] - d[s] * d[s] / twoV[s][v] / ln10);
     }
   }
 
@@ -261,7 +271,7 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     record.Marker2 = second + lane;
     PairLods(logL[0][v][k], logL[1][v][k], logL[2][v][k], record.LOD);
     for (int c = 0; c < 4; ++c) {
-      record.CellMean(c + 1) = cellMean[c / 2][c % 2][v][k];
+      record.CellMean(c + 1) = fit.CellMean[c / 2][c % 2][v][k];
       record.CellFreq(c + 1) = cellFreq[c][v][k];
     }
   }

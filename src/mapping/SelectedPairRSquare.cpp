@@ -39,10 +39,7 @@ float SelectedPairRSquare(int numLines, const Array<char, 2>& scanGenotype, cons
   if (CountFlagged(table) == 0) return 0.0f;
   Array<float, 2> X;
   DesignOfSelectedPairs(numLines, scanGenotype, table, X);
-  float SST = 0.0f;
-  float SSE = 0.0f;
-  RegressionSS(y, X, SST, SSE);
-  return (SST - SSE) / SST;
+  return RSquareOfDesign(y, X);
 }
 
 }  // namespace tov

@@ -234,6 +234,20 @@ def stepwise(columns, y, pin, pout):
     return model, list(beta[1:]), float(beta[0]), max(adj, 0.0), margin
 
 
+def model_fit(slopes, kept, code):
+    """The fit of a model without its intercept at each kept line (1-based
+    line numbers): slopes maps a 0-based marker to its coefficient, in the
+    order of the terms; code(m, l) the regressor of marker m at line l
+    (0-based); terms added from 0.0 in float32."""
+    fit = []
+    for l in kept:
+        v = f32(0.0)
+        for m, slope in slopes.items():
+            v = v + slope * f32(code(m, l - 1))
+        fit.append(v)
+    return fit
+
+
 def column_covariance(x, y):
     """Sum of x y divided by M, less the product of the two means; 32 bits."""
     m = len(x)

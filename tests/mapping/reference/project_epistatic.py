@@ -73,12 +73,7 @@ for t, name in enumerate(["Yield", "Noise"]):
         # The fit, then each pair on the residual with the terms of its own
         # markers put back, the first marker's before the second's.
         b = dict(zip(model, slopes))
-        fit = []
-        for l in kept:
-            v = f32(0.0)
-            for m in model:
-                v = v + b[m] * f32(code(m, l - 1))
-            fit.append(v)
+        fit = ref.model_fit(b, kept, code)
         records = []
         for i in range(M):
             for j in range(i + 1, M):
