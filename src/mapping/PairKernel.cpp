@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "mapping/FourGroupTest.h"
 #include "mapping/LogDensity.h"
 #include "mapping/MarkerCode.h"
+#include "text/Fatal.h"
 
 // The lane helpers below are always inlined into the variant that uses
 // them, so no vector ever crosses a call: the ABI note does not apply.
@@ -141,12 +144,20 @@ TOV_LANES_INLINE typename Lanes<W>::I Deviations(const BlockFit<W>& fit, const s
   return code.A | code.B;
 }
 
+// The squared deviations of one line from the three models in the lanes of
+// one vector, and the mask of the lanes where the line takes part.
+template <int W>
+struct Kept {
+  typename Lanes<W>::F Square[3];
+  typename Lanes<W>::I Typed;
+};
+
 // The pairs (first, second + lane) for lanes 0 .. valid - 1; lanes past
 // them read the padding and are dropped.  With terms, a lane whose second
 // marker is selected has its slope times its code added to y, line by line.
 template <int W, bool WithTerms>
 TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int first, int second, int valid,
-                            const SecondMarkerTerms* terms, PairTest* records) {
+                            const SecondMarkerTerms* terms, Kept<W>* keep, PairTest* records) {
   using F = typename Lanes<W>::F;
   using I = typename Lanes<W>::I;
   constexpr int V = PairBlockWidth / W;
@@ -224,7 +235,9 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     fit.Additive[1][1][v] = mean - add1 - add2;
   }
 
-  // The three sums of squares side by side.
+  // The three sums of squares side by side.  Each squared deviation and
+  // the mask of the lanes are kept for the pass of the log densities, which
+  // would form the same values again.
   F squares[3][V] = {};
   for (int l = 0; l < numLines; ++l) {
     const std::int32_t* line = base + row.Offset[l];
@@ -233,7 +246,12 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
     for (int v = 0; v < V; ++v) {
       F d[3];
       const I typed = Deviations<W, WithTerms>(fit, line, y, firstB, v, d);
-      for (int s = 0; s < 3; ++s) squares[s][v] = AddIf(typed, squares[s][v], d[s] * d[s]);
+      Kept<W>* kept = keep + (l * V + v);
+      kept->Typed = typed;
+      for (int s = 0; s < 3; ++s) {
+        kept->Square[s] = d[s] * d[s];
+        squares[s][v] = AddIf(typed, squares[s][v], kept->Square[s]);
+      }
     }
   }
 
@@ -251,17 +269,12 @@ TOV_LANES_INLINE void Block(const PairCodes& codes, const RowLines& row, int fir
 
   F logL[3][V] = {};
   const F ln10 = Splat<F>(2.3025851f);
-  for (int l = 0; l < numLines; ++l) {
-    const std::int32_t* line = base + row.Offset[l];
-    const F y = Splat<F>(row.Value[l]);
-    const int firstB = row.FirstIsB[l];
+  for (int l = 0; l < numLines; ++l)
     for (int v = 0; v < V; ++v) {
-      F d[3];
-      const I typed = Deviations<W, WithTerms>(fit, line, y, firstB, v, d);
+      const Kept<W>& kept = keep[l * V + v];
       for (int s = 0; s < 3; ++s)
-        logL[s][v] = AddIf(typed, logL[s][v], constant[s][v] - d[s] * d[s] / twoV[s][v] / ln10);
+        logL[s][v] = AddIf(kept.Typed, logL[s][v], constant[s][v] - kept.Square[s] / twoV[s][v] / ln10);
     }
-  }
 
   for (int lane = 0; lane < valid; ++lane) {
     const int v = lane / W;
@@ -282,6 +295,12 @@ TOV_LANES_INLINE void RowInLanes(const PairCodes& codes, int first, int secondFr
                                  const SecondMarkerTerms* terms, PairTest* records) {
   if (secondFrom > secondTo) return;
   const RowLines row = RowLinesOf(codes, first, y);
+  // Scratch of the blocks, one entry per line and vector of lanes, aligned
+  // for the vector registers (the standard allocator need not be).
+  const std::size_t keepBytes = (row.Value.size() * (PairBlockWidth / W) * sizeof(Kept<W>) + 63) / 64 * 64;
+  const std::unique_ptr<void, decltype(&std::free)> keepStorage(std::aligned_alloc(64, keepBytes + 64), &std::free);
+  if (keepStorage == nullptr) FatalRuntimeFailure("insufficient memory for the pair tests of a row");
+  auto* keep = static_cast<Kept<W>*>(keepStorage.get());
   for (int second = secondFrom; second <= secondTo; second += PairBlockWidth) {
     const int valid = std::min(PairBlockWidth, secondTo - second + 1);
     bool withTerms = false;
@@ -289,9 +308,9 @@ TOV_LANES_INLINE void RowInLanes(const PairCodes& codes, int first, int secondFr
       withTerms = withTerms || terms->Selected(second + lane) != 0;
     PairTest* out = records + (second - secondFrom);
     if (withTerms)
-      Block<W, true>(codes, row, first, second, valid, terms, out);
+      Block<W, true>(codes, row, first, second, valid, terms, keep, out);
     else
-      Block<W, false>(codes, row, first, second, valid, terms, out);
+      Block<W, false>(codes, row, first, second, valid, terms, keep, out);
   }
 }
 
