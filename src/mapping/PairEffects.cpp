@@ -44,23 +44,31 @@ void TwoWayVariance(int r, int c, const float* freqs, const float* means, float*
                     float* V12) {
   const auto cells = static_cast<std::size_t>(r < 0 || c < 0 ? 0 : r * c);
   const auto at = [c](int a, int b) { return static_cast<std::size_t>(a * c + b); };  // 0-based a, b
+  const auto rows = static_cast<std::size_t>(r < 0 ? 0 : r);
+  const auto columns = static_cast<std::size_t>(c < 0 ? 0 : c);
+  // One piece of scratch for the shares, margins, effects and interactions.
+  std::vector<float> work(2 * cells + 2 * rows + 2 * columns);
+  float* p = work.data();
+  float* rowShare = p + cells;
+  float* columnShare = rowShare + rows;
+  float* rowEffect = columnShare + columns;
+  float* columnEffect = rowEffect + rows;
+  float* interaction = columnEffect + columns;
+
   float total = 0.0f;
   for (std::size_t k = 0; k < cells; ++k) total = total + freqs[k];
-  std::vector<float> p(cells);
   float mu = 0.0f;
   for (std::size_t k = 0; k < cells; ++k) {
     p[k] = freqs[k] / total;
     mu = mu + p[k] * means[k];
   }
 
-  std::vector<float> rowShare(static_cast<std::size_t>(r), 0.0f), columnShare(static_cast<std::size_t>(c), 0.0f);
   for (int a = 0; a < r; ++a)
     for (int b = 0; b < c; ++b) rowShare[a] = rowShare[a] + p[at(a, b)];
   for (int b = 0; b < c; ++b)
     for (int a = 0; a < r; ++a) columnShare[b] = columnShare[b] + p[at(a, b)];
 
   // Each main effect weighted by the margin of the other factor.
-  std::vector<float> rowEffect(static_cast<std::size_t>(r)), columnEffect(static_cast<std::size_t>(c));
   for (int a = 0; a < r; ++a) {
     float sum = 0.0f;
     for (int b = 0; b < c; ++b) sum = sum + columnShare[b] * means[at(a, b)];
@@ -71,7 +79,6 @@ void TwoWayVariance(int r, int c, const float* freqs, const float* means, float*
     for (int a = 0; a < r; ++a) sum = sum + rowShare[a] * means[at(a, b)];
     columnEffect[b] = sum - mu;
   }
-  std::vector<float> interaction(cells);
   for (int a = 0; a < r; ++a)
     for (int b = 0; b < c; ++b)
       interaction[at(a, b)] = means[at(a, b)] - rowEffect[a] - columnEffect[b] - mu;
@@ -79,9 +86,9 @@ void TwoWayVariance(int r, int c, const float* freqs, const float* means, float*
   float squares = 0.0f;
   for (std::size_t k = 0; k < cells; ++k) squares = squares + p[k] * (means[k] * means[k]);
   const float vt = squares - mu * mu;
-  float v1 = WeightedVariance(r, rowShare.data(), rowEffect.data());
-  float v2 = WeightedVariance(c, columnShare.data(), columnEffect.data());
-  float v12 = WeightedVariance(static_cast<int>(cells), p.data(), interaction.data());
+  float v1 = WeightedVariance(r, rowShare, rowEffect);
+  float v2 = WeightedVariance(c, columnShare, columnEffect);
+  float v12 = WeightedVariance(static_cast<int>(cells), p, interaction);
 
   const float scale = vt / (v1 + v2 + v12);
   v1 = v1 * scale;
