@@ -9,9 +9,9 @@ tables and by the mapping projects.
   replications; trait 2 has 8 lines with data in environment 2, and
   trait 1 misses single values that the line's others fill.  The LOD
   thresholds of the PAR file (9.0) are above the empirical
-  ones, which replace them all the same.  All three permutation tests run;
-  the epistatic mapping itself is off.  Each test has more shuffles than
-  are scanned side by side, so that several threads share them.
+  ones, which replace them all the same, and the three mappings flag by
+  them.  Each test has more shuffles than are scanned side by side, so
+  that several threads share them.
 - permutation_one_shuffle: one trait, one environment, one shuffle per
   method: each threshold is that shuffle's maximum (q = 0.95).
 
@@ -96,7 +96,7 @@ VALUES[0][0][1][7] = VALUES[0][1][0][30] = "NA"
 VALUES[0][1][0][2] = VALUES[0][1][1][2] = "NA"
 VALUES[1][1] = [["NA" if l % 4 else v for l, v in enumerate(rep)] for rep in VALUES[1][1]]
 make_case("permutation_all_methods", "2026/11/23 14:37:05.250", MARKERS, GENOTYPES, [("Yield", 0), ("Height", 0)], 2,
-          3, VALUES, par_lines("1 9.0", "1 9.0 0.01", "0 9.0 0.0001", [(1, 100, "0.05"), (1, 40, "0.1"), (1, 40, "0.05")]),
+          3, VALUES, par_lines("1 9.0", "1 9.0 0.01", "1 9.0 0.0001", [(1, 100, "0.05"), (1, 40, "0.1"), (1, 40, "0.05")]),
           [(1, 100, 0.05), (1, 40, 0.1), (1, 40, 0.05)])
 
 ONE = [phenotype(rng, GENOTYPES, 32, 1, 1, [(2, 1.0)])]
