@@ -19,8 +19,8 @@ namespace {
 
 enum class Method { SingleMarker, Additive, Epistatic };
 
-// One method's share of the test: its parameters, its table, and the
-// maxima of all its shuffles so far.
+// One method's share of the test: its parameters, its table and message,
+// the run's threshold it replaces, and the maxima of all its shuffles.
 struct MethodRun {
   Method Kind;
   std::int32_t Indicator;
