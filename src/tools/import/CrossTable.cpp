@@ -57,14 +57,17 @@ std::string FindLayout(const CsvTable& table, Layout& layout, bool& hasMap) {
   if (layout.NumTraitColumns == 0) return "row 2, column 1: the first column must be a phenotype, with no chromosome";
   for (std::size_t c = layout.NumTraitColumns; c < columns; ++c)
     if (table.Cell(1, c).empty()) return Place(1, c) + ": the marker " + table.Rows[0][c] + " has no chromosome";
+  // A map row is empty under the phenotypes and holds numbers under the
+  // markers; a first line with all its phenotypes missing does not.
   hasMap = true;
-  for (std::size_t c = 0; c < layout.NumTraitColumns; ++c) hasMap = hasMap && table.Cell(2, c).empty();
+  for (std::size_t c = 0; c < columns; ++c)
+    hasMap = hasMap && (c < layout.NumTraitColumns ? table.Cell(2, c).empty() : IsPlainNumber(table.Cell(2, c)));
   if (hasMap) layout.FirstLine = 3;
   if (table.Rows.size() <= layout.FirstLine) return "the table holds no line";
   for (std::size_t r = 1; r < table.Rows.size(); ++r)
     if (table.Rows[r].size() != columns)
       return "row " + std::to_string(r + 1) + " has " + std::to_string(table.Rows[r].size()) +
-             " fields, the header row " + std::to_string(columns) +
+             " fields, the header row has " + std::to_string(columns) +
              " (an unquoted comma inside a field, such as a decimal comma?)";
   return {};
 }
@@ -107,15 +110,14 @@ std::string PhenotypeToken(std::string_view cell, const GenotypeCodes& codes, st
 }
 
 // Without a missing token in this row or an earlier one, the program reads
-// -100 as a missing value; such a value cannot be carried over.
-std::string CheckMinusHundred(const CrossTrait& trait, bool missingSeen) {
+// -100 as a missing value, so such a value cannot be carried over.  The
+// index of the first one, or the number of values when there is none.
+std::size_t FindMinusHundred(const CrossTrait& trait, bool missingSeen) {
   for (std::size_t k = 0; k < trait.Values.size() && !missingSeen; ++k) {
     float value = 0.0f;
-    if (trait.Values[k] != "NA" && ParseReal(trait.Values[k], value) && std::abs(value + 100.0f) < 0.0001f)
-      return "the value " + trait.Values[k] + " would be read as a missing value (-100 means missing until the "
-             "first NA); give an earlier trait a missing value or change its scale";
+    if (trait.Values[k] != "NA" && ParseReal(trait.Values[k], value) && std::abs(value + 100.0f) < 0.0001f) return k;
   }
-  return {};
+  return trait.Values.size();
 }
 
 struct HeterozygoteCount {
@@ -163,13 +165,13 @@ Cross ReadCross(const CsvTable& table, const GenotypeCodes& codes) {
         return cross;
       }
     }
-    std::string fault = CheckMinusHundred(trait, missingSeen ||
-        std::find(trait.Values.begin(), trait.Values.end(), "NA") != trait.Values.end());
-    if (!fault.empty()) {
-      cross.Fault = "column " + std::to_string(c + 1) + " (" + trait.Name + "): " + fault;
+    missingSeen = missingSeen || std::find(trait.Values.begin(), trait.Values.end(), "NA") != trait.Values.end();
+    if (const std::size_t k = FindMinusHundred(trait, missingSeen); k < trait.Values.size()) {
+      cross.Fault = Place(layout.FirstLine + k, c) + ": the value " + trait.Values[k] +
+                    " would be read as a missing value (-100 means missing until the first NA); give an earlier "
+                    "trait a missing value or change the trait's scale";
       return cross;
     }
-    missingSeen = missingSeen || std::find(trait.Values.begin(), trait.Values.end(), "NA") != trait.Values.end();
     cross.Traits.push_back(std::move(trait));
   }
 
@@ -177,10 +179,6 @@ Cross ReadCross(const CsvTable& table, const GenotypeCodes& codes) {
   std::vector<std::string> monomorphic;
   for (std::size_t c = layout.NumTraitColumns; c < table.Rows[0].size(); ++c) {
     CrossMarker marker{table.Rows[0][c], table.Rows[1][c], cross.HasMap ? table.Rows[2][c] : "", {}};
-    if (cross.HasMap && !IsPlainNumber(marker.Position)) {
-      cross.Fault = Place(2, c) + ": the map position \"" + marker.Position + "\" is not a number";
-      return cross;
-    }
     std::size_t markerHeterozygotes = 0;
     std::size_t firstRow = 0;
     for (std::size_t r = layout.FirstLine; r < numRows; ++r) {
@@ -196,8 +194,8 @@ Cross ReadCross(const CsvTable& table, const GenotypeCodes& codes) {
     }
     if (markerHeterozygotes > 0) {
       heterozygotes.Total += markerHeterozygotes;
-      heterozygotes.Markers.push_back(marker.Name + " (" + std::to_string(markerHeterozygotes) + ", first at " +
-                                      Place(firstRow, c) + ")");
+      heterozygotes.Markers.push_back(marker.Name + " (" + std::to_string(markerHeterozygotes) + " at " +
+                                      Place(firstRow, c) + (markerHeterozygotes > 1 ? " and later)" : ")"));
     }
     if (marker.Codes.find('A') == std::string::npos || marker.Codes.find('B') == std::string::npos) {
       monomorphic.push_back(marker.Name);
@@ -208,9 +206,11 @@ Cross ReadCross(const CsvTable& table, const GenotypeCodes& codes) {
 
   if (heterozygotes.Total > 0 && !codes.HeterozygoteAsMissing) {
     cross.Fault = std::to_string(heterozygotes.Total) + " heterozygous calls in " +
-                  std::to_string(heterozygotes.Markers.size()) + " markers, the first in";
-    for (std::size_t i = 0; i < std::min<std::size_t>(heterozygotes.Markers.size(), 5); ++i)
+                  std::to_string(heterozygotes.Markers.size()) + " markers:";
+    constexpr std::size_t Shown = 5;
+    for (std::size_t i = 0; i < std::min(heterozygotes.Markers.size(), Shown); ++i)
       cross.Fault += (i == 0 ? " " : "; ") + heterozygotes.Markers[i];
+    if (heterozygotes.Markers.size() > Shown) cross.Fault += "; ...";
     cross.Fault += ". The lines of this program are homozygous: give --heterozygote-missing to read these calls "
                    "as missing genotypes";
     return cross;

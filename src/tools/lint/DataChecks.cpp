@@ -77,7 +77,7 @@ void CheckMarkers(const RunData& run, const std::string& file, const std::string
         background = background || run.MarkerType(m, k) == 'B';
       }
       if (!(donor && background))
-        findings.Warn(file, 0, "monomorphic marker",
+        findings.Note(file, 0, "monomorphic marker",
                       "marker " + std::to_string(m) + " (" + Trimmed(run.MarkerName(m)) +
                           ") shows one homozygote only among the lines with phenotypes, and is never tested");
     }

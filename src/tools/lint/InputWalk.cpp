@@ -96,8 +96,10 @@ RunControl WalkRunControl(Findings& findings) {
       findings.Warn(file.Name(), 0, "no run control", "TOV.mio must name the project input file and the PAR file");
       return {};
     }
-    CheckRecord(file, record, "the file name " + Quoted(record.Items[0]), " (a name with a blank must be quoted)",
-                findings);
+    const std::string_view line = file.Line(record.FirstLine);
+    const bool quoted = line.find_first_of("'\"") == line.find_first_not_of(" \t");
+    CheckRecord(file, record, "the file name " + Quoted(record.Items[0]),
+                quoted ? "" : " (a name with a blank must be quoted)", findings);
     *targets[i] = std::string(TrimTrailing(record.Items[0].substr(0, FileNameLength)));
   }
   return names;
