@@ -50,7 +50,7 @@ constexpr const char* ParText =
     "! marker of the most correlated pair until the ratio of the largest to the smallest eigenvalue of the\n"
     "! markers' correlation matrix is at most this value.  On a dense map every small value removes many\n"
     "! markers, the markers at the peaks among them; tov-lint tells how many a value removes.  Leave it off for\n"
-    "! single-marker analysis; for additive mapping try values of 1000 and more and check with tov-lint.\n"
+    "! single-marker analysis; for additive mapping try 10000 or more and check with tov-lint.\n"
     "-1\n"
     "! Single marker analysis: indicator (0 or 1), LOD threshold\n"
     "1 3.0\n"
