@@ -46,14 +46,16 @@ std::string PairHeatMaps(const RunTables& run) {
     if (list.empty()) order.push_back({row[0], row[2]});
     list.push_back(&row);
   }
-  std::string html = "<h2>Epistasis: LODaa over marker pairs</h2>\n";
+  std::string html = "<h2>Epistasis: LODaa over marker pairs</h2>\n<p class=\"legend\">One cell for each pair of "
+                     "kept markers (MarkerIDs on the axes), from white (0) to dark red (the largest LODaa); a black "
+                     "frame marks a pair above the threshold.</p>\n";
   const double cell = std::clamp(600.0 / std::max<std::size_t>(place.size(), 1), 2.0, 24.0);
   for (const auto& pass : order) {
     double top = 0.0;
     for (const auto* row : passes[pass]) top = std::max(top, FieldNumber((*row)[7]));
     Frame frame;
     frame.Left = 60.0;
-    frame.Width = frame.Left + cell * place.size() + 20.0;
+    frame.Width = std::max(frame.Left + cell * place.size() + 20.0, 500.0);
     frame.Height = frame.Top + cell * place.size() + 30.0;
     frame.Bottom = 30.0;
     frame.YMax = top;
@@ -70,6 +72,12 @@ std::string PairHeatMaps(const RunTables& run) {
                       " data-lod=\"" + (*row)[7] + "\"><title>" + Escape((*row)[4]) + " x " + Escape((*row)[6]) +
                       ": LODaa " + (*row)[7] + "</title></rect>\n");
     }
+    if (cell >= 10.0)
+      for (const auto& [id, i] : place)
+        svg += "<text x=\"" + Pixels(frame.Left - 4) + "\" y=\"" + Pixels(frame.Top + cell * (i + 0.75)) +
+               "\" class=\"ylabel\">" + Escape(id) + "</text><text x=\"" + Pixels(frame.Left + cell * (i + 0.5)) +
+               "\" y=\"" + Pixels(frame.Top + cell * place.size() + 12) + "\" class=\"xtick\">" + Escape(id) +
+               "</text>\n";
     html += svg + "</svg>\n";
   }
   return html;

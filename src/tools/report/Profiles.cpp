@@ -58,10 +58,11 @@ std::string SeriesDrawing(const std::vector<const std::vector<std::string>*>& ro
                           const Series& series) {
   std::string svg, points;
   std::size_t chromosome = std::numeric_limits<std::size_t>::max();
+  std::string lone;  // a dot for a chromosome of one marker, where no line shows
   auto flush = [&] {
     if (!points.empty())
       svg += "<polyline class=\"lod\" data-series=\"" + std::string(series.All) + "\" stroke=\"" + series.Color +
-             "\" points=\"" + points + "\"/>\n";
+             "\" points=\"" + points + "\"/>\n" + lone;
     points.clear();
   };
   for (const auto* row : rows) {
@@ -71,6 +72,7 @@ std::string SeriesDrawing(const std::vector<const std::vector<std::string>*>& ro
     if (axis.ChromosomeOf.at(id) != chromosome) flush();
     chromosome = axis.ChromosomeOf.at(id);
     const std::string x = Pixels(frame.X(axis.X.at(id))), y = Pixels(frame.Y(lod));
+    lone = points.empty() ? "<circle cx=\"" + x + "\" cy=\"" + y + "\" r=\"1.5\" fill=\"" + series.Color + "\"/>\n" : "";
     points += (points.empty() ? "" : " ") + x + "," + y;
     if (significant.count((*row)[3]))
       svg += "<circle cx=\"" + x + "\" cy=\"" + y + "\" r=\"3.5\" fill=\"" + series.Color +
@@ -140,7 +142,8 @@ std::string LodProfiles(const RunTables& run, const MarkerAxis& axis) {
                                                      " (" + source + ")", series.Color, s == 1);
     }
     const std::string environment = pass.second == "Mean" ? "mean over environments" : "environment " + pass.second;
-    html += frame.Open("profile", "Trait " + pass.first + " " + traitNames[pass] + ", " + environment) +
+    html += frame.Open("profile", "Trait " + pass.first + " " + traitNames[pass] + ", " + environment,
+                       "data-trait=\"" + pass.first + "\" data-environment=\"" + pass.second + "\"") +
             frame.ValueAxis("LOD") + ChromosomeMarks(axis, frame) + thresholds + drawings + "</svg>\n";
   }
   if (html.empty()) return {};

@@ -47,13 +47,13 @@ double Frame::Y(double value) const {
   return Height - Bottom - (value - YMin) / span * (Height - Top - Bottom);
 }
 
-std::string Frame::Open(std::string_view kind, std::string_view title) const {
+std::string Frame::Open(std::string_view kind, std::string_view title, std::string_view attributes) const {
   return "<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"" + std::string(kind) + "\" width=\"" + Pixels(Width) +
          "\" height=\"" + Pixels(Height) + "\" viewBox=\"0 0 " + Pixels(Width) + " " + Pixels(Height) +
          "\" data-x-min=\"" + Pixels(XMin) + "\" data-x-max=\"" + Pixels(XMax) + "\" data-y-min=\"" +
          std::to_string(YMin) + "\" data-y-max=\"" + std::to_string(YMax) + "\" data-left=\"" + Pixels(Left) +
          "\" data-top=\"" + Pixels(Top) + "\" data-plot-width=\"" + Pixels(Width - Left - Right) +
-         "\" data-plot-height=\"" + Pixels(Height - Top - Bottom) + "\">\n<text x=\"" + Pixels(Left) +
+         "\" data-plot-height=\"" + Pixels(Height - Top - Bottom) + "\" " + std::string(attributes) + ">\n<text x=\"" + Pixels(Left) +
          "\" y=\"15\" class=\"title\">" + Escape(title) + "</text>\n<rect x=\"" + Pixels(Left) + "\" y=\"" +
          Pixels(Top) + "\" width=\"" + Pixels(Width - Left - Right) + "\" height=\"" +
          Pixels(Height - Top - Bottom) + "\" class=\"box\"/>\n";

@@ -20,8 +20,9 @@ struct Frame {
 
   double X(double value) const;
   double Y(double value) const;
-  // <svg> with the frame in data- attributes, a title on top, the plot box.
-  std::string Open(std::string_view kind, std::string_view title) const;
+  // <svg> with the frame in data- attributes (and the given ones), a title
+  // on top, the plot box.
+  std::string Open(std::string_view kind, std::string_view title, std::string_view attributes = "") const;
   // Ticks and labels of the value axis.
   std::string ValueAxis(std::string_view label) const;
   // A horizontal dashed line at value y with a label at its right end, or
