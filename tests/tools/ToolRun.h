@@ -36,8 +36,7 @@ class ScratchFolder {
 
 inline ToolResult RunTool(const std::filesystem::path& folder, const std::string& commandLine) {
   const std::filesystem::path console = folder.parent_path() / (folder.filename().string() + ".console");
-  const std::string command =
-      "cd '" + folder.string() + "' && " + commandLine + " > '" + console.string() + "' 2>&1";
+  const std::string command = "cd '" + folder.string() + "' && " + commandLine + " > '" + console.string() + "' 2>&1";
   const int status = std::system(command.c_str());
   ToolResult result;
   result.Status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

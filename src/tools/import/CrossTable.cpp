@@ -77,8 +77,8 @@ std::string CheckUniqueNames(const CsvTable& table, std::size_t from, std::size_
   for (std::size_t c = from; c < to; ++c) {
     const auto [place, added] = seen.emplace(table.Rows[0][c], c);
     if (!added)
-      return "row 1, columns " + std::to_string(place->second + 1) + " and " + std::to_string(c + 1) + ": two " +
-             what + " named \"" + table.Rows[0][c] + "\"";
+      return "row 1, columns " + std::to_string(place->second + 1) + " and " + std::to_string(c + 1) + ": two " + what +
+             " named \"" + table.Rows[0][c] + "\"";
   }
   return {};
 }
@@ -144,7 +144,8 @@ Cross ReadCross(const CsvTable& table, const GenotypeCodes& codes) {
   Layout layout;
   cross.Fault = FindLayout(table, layout, cross.HasMap);
   if (cross.Fault.empty()) cross.Fault = CheckUniqueNames(table, 0, layout.NumTraitColumns, "phenotypes");
-  if (cross.Fault.empty()) cross.Fault = CheckUniqueNames(table, layout.NumTraitColumns, table.Rows[0].size(), "markers");
+  if (cross.Fault.empty())
+    cross.Fault = CheckUniqueNames(table, layout.NumTraitColumns, table.Rows[0].size(), "markers");
   if (!cross.Fault.empty()) return cross;
   const std::size_t numRows = table.Rows.size();
   cross.NumLines = numRows - layout.FirstLine;
@@ -211,8 +212,9 @@ Cross ReadCross(const CsvTable& table, const GenotypeCodes& codes) {
     for (std::size_t i = 0; i < std::min(heterozygotes.Markers.size(), Shown); ++i)
       cross.Fault += (i == 0 ? " " : "; ") + heterozygotes.Markers[i];
     if (heterozygotes.Markers.size() > Shown) cross.Fault += "; ...";
-    cross.Fault += ". The lines of this program are homozygous: give --heterozygote-missing to read these calls "
-                   "as missing genotypes";
+    cross.Fault +=
+        ". The lines of this program are homozygous: give --heterozygote-missing to read these calls "
+        "as missing genotypes";
     return cross;
   }
   if (heterozygotes.Total > 0)

@@ -21,8 +21,8 @@ CsvTable ParseCsv(std::string_view text) {
   CsvTable table;
   std::vector<std::string> row;
   std::string field;
-  bool quoted = false;      // the field began with a quote
-  bool inQuotes = false;    // inside the quotes now
+  bool quoted = false;    // the field began with a quote
+  bool inQuotes = false;  // inside the quotes now
   std::size_t lineNumber = 1;
   auto endField = [&] {
     row.push_back(quoted ? field : std::string(TrimBlanks(field)));

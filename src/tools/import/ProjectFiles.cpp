@@ -1,8 +1,9 @@
 #include "tools/import/ProjectFiles.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
-#include <unistd.h>
 
 #include "core/RunData.h"
 #include "tools/import/FieldNames.h"
@@ -25,13 +26,12 @@ void AppendRow(std::string& text, const std::string& name, const std::vector<std
 
 std::string ProjectInput(const Cross& cross, const std::string& source) {
   std::string text = "! Imported by tov-import from " + source + "\n";
-  const std::pair<const char*, std::size_t> head[] = {
-      {"Indicator: 1 for mapping", 1},
-      {"NumMarkers", cross.Markers.size()},
-      {"PopulationSize (number of lines)", cross.NumLines},
-      {"NumTraits", cross.Traits.size()},
-      {"NumEnvs", 1},
-      {"NumReps", 1}};
+  const std::pair<const char*, std::size_t> head[] = {{"Indicator: 1 for mapping", 1},
+                                                      {"NumMarkers", cross.Markers.size()},
+                                                      {"PopulationSize (number of lines)", cross.NumLines},
+                                                      {"NumTraits", cross.Traits.size()},
+                                                      {"NumEnvs", 1},
+                                                      {"NumReps", 1}};
   for (const auto& [label, value] : head) text += "! " + std::string(label) + "\n" + std::to_string(value) + "\n";
   text += "! Genotypes: the marker name, then one code for each line (A donor, B background, X missing)\n";
   for (const CrossMarker& marker : cross.Markers) {
@@ -102,8 +102,8 @@ std::vector<ProjectFile> ComposeProject(Cross& cross, const std::string& stem, c
   std::vector<ProjectFile> files = {
       {stem + ".txt", ProjectInput(cross, source)},
       {stem + ".par", ParText},
-      {"TOV.mio", "! Run control: the project input file, then the PAR file\n" + QuotedIfNeeded(stem + ".txt") +
-                      "\n" + QuotedIfNeeded(stem + ".par") + "\n"},
+      {"TOV.mio", "! Run control: the project input file, then the PAR file\n" + QuotedIfNeeded(stem + ".txt") + "\n" +
+                      QuotedIfNeeded(stem + ".par") + "\n"},
       {stem + ".map", MarkerMap(cross)}};
   if (!nameMap.empty()) files.push_back({mapName, "Kind\tName in the cross\tName in the project\n" + nameMap});
   return files;

@@ -45,10 +45,9 @@ void CheckPhenotypeValues(const RunData& run, const std::string& file, Findings&
           const float value = run.Phenotype(k, t, e, r);
           if (!LooksLikeMissingCode(value)) continue;
           findings.Warn(file, 0, "missing code read as a number",
-                        "the value " + Number(value) + " of trait " +
-                            Trimmed(run.TraitName(t, e, r)) + " (environment " + std::to_string(e) +
-                            ", replication " + std::to_string(r) + ", line " + std::to_string(k) +
-                            ") is read as a number; write a missing value as NA");
+                        "the value " + Number(value) + " of trait " + Trimmed(run.TraitName(t, e, r)) +
+                            " (environment " + std::to_string(e) + ", replication " + std::to_string(r) + ", line " +
+                            std::to_string(k) + ") is read as a number; write a missing value as NA");
         }
 }
 
@@ -63,8 +62,8 @@ void CheckMarkers(const RunData& run, const std::string& file, const std::string
     if (bins.Deleted(m) == 0) continue;
     ++binned;
     findings.Note(file, 0, "binned marker",
-                  "marker " + std::to_string(m) + " (" + Trimmed(run.MarkerName(m)) +
-                      ") has the genotypes of marker " + std::to_string(keptOfBin[bins.BinID(m)]) + " (" +
+                  "marker " + std::to_string(m) + " (" + Trimmed(run.MarkerName(m)) + ") has the genotypes of marker " +
+                      std::to_string(keptOfBin[bins.BinID(m)]) + " (" +
                       Trimmed(run.MarkerName(keptOfBin[bins.BinID(m)])) + ") and is not mapped");
   }
 
@@ -94,8 +93,8 @@ void CheckMarkers(const RunData& run, const std::string& file, const std::string
   const Array<std::int32_t, 1> kept = PreprocessMarkers(run.MarkerName, run.MarkerType, run.ConditionNumber);
   const std::int64_t removed = afterBinning - static_cast<std::int64_t>(kept.Size());
   findings.Note(parFile, 0, "condition number",
-                "the condition number " + Number(run.ConditionNumber) +
-                    " removes " + std::to_string(removed) + " of the " + std::to_string(afterBinning) +
+                "the condition number " + Number(run.ConditionNumber) + " removes " + std::to_string(removed) +
+                    " of the " + std::to_string(afterBinning) +
                     " markers left after binning (a negative value switches this step off)");
 }
 

@@ -24,8 +24,9 @@ bool ReadHeadItem(LintedFile& file, const char* label, std::int64_t& value, Find
   value = parsed;
   if (!record.Unread.empty() && record.Unread.find_first_of("0123456789") == record.Unread.find_first_not_of(" \t,"))
     findings.Warn(file.Name(), record.LastLine, "second number on a head line",
-                  std::string("the numbers after ") + label + " on its line are not read: each head item stands on a "
-                  "line of its own");
+                  std::string("the numbers after ") + label +
+                      " on its line are not read: each head item stands on a "
+                      "line of its own");
   return true;
 }
 
@@ -38,7 +39,8 @@ void CheckGenotypeTokens(const LintedFile& file, const Record& record, std::size
     if (record.Items[k].empty() || RecodeToken(record.Items[k]) != InvalidGenotype) continue;
     findings.Warn(file.Name(), record.FirstLine, "not a genotype token",
                   "the token " + Quoted(record.Items[k]) + " of marker " + std::to_string(marker) + " at line " +
-                      std::to_string(k) + " is not a genotype: write A or 2 for the donor, B or 0 for the "
+                      std::to_string(k) +
+                      " is not a genotype: write A or 2 for the donor, B or 0 for the "
                       "background, X or -1 for a missing genotype (a heterozygote cannot be read)");
     return;
   }
@@ -46,9 +48,8 @@ void CheckGenotypeTokens(const LintedFile& file, const Record& record, std::size
 
 // The rows of one block; false when the file ends inside it.  A genotype
 // row has tokens to check; a phenotype row has numbers after the name.
-bool WalkRows(LintedFile& file, std::int64_t numRows, std::int64_t numItems, const std::string& what,
-              bool genotypes, std::vector<std::string>& names, Findings& findings,
-              const char* countName) {
+bool WalkRows(LintedFile& file, std::int64_t numRows, std::int64_t numItems, const std::string& what, bool genotypes,
+              std::vector<std::string>& names, Findings& findings, const char* countName) {
   for (std::int64_t row = 1; row <= numRows; ++row) {
     const Record record = file.Read(static_cast<std::size_t>(numItems), row == 1);
     const std::string subject = what + " " + std::to_string(row);
@@ -60,8 +61,8 @@ bool WalkRows(LintedFile& file, std::int64_t numRows, std::int64_t numItems, con
       return false;
     }
     float value = 0.0f;
-    const bool nameGoesOn = !genotypes && record.Items.size() > 1 && !ParseReal(record.Items[1], value) &&
-                            !IsMissingToken(record.Items[1]);
+    const bool nameGoesOn =
+        !genotypes && record.Items.size() > 1 && !ParseReal(record.Items[1], value) && !IsMissingToken(record.Items[1]);
     if (genotypes) CheckGenotypeTokens(file, record, static_cast<std::size_t>(row), findings);
     CheckRecord(file, record, subject + " (" + Quoted(record.Items[0]) + ")",
                 nameGoesOn ? " (the name seems to go on: a name with a blank must be quoted)"
@@ -110,12 +111,13 @@ ProjectShape WalkProjectInput(const std::string& name, Findings& findings) {
   LintedFile file;
   if (!file.Open(name)) return shape;
   std::int64_t indicator = 0, numMarkers = 0, populationSize = 0, numTraits = 1, numEnvs = 1, numReps = 1;
-  if (!ReadHeadItem(file, "Indicator", indicator, findings) || !ReadHeadItem(file, "NumMarkers", numMarkers, findings) ||
+  if (!ReadHeadItem(file, "Indicator", indicator, findings) ||
+      !ReadHeadItem(file, "NumMarkers", numMarkers, findings) ||
       !ReadHeadItem(file, "PopulationSize", populationSize, findings))
     return shape;
-  if (indicator == 1 && !(ReadHeadItem(file, "NumTraits", numTraits, findings) &&
-                          ReadHeadItem(file, "NumEnvs", numEnvs, findings) &&
-                          ReadHeadItem(file, "NumReps", numReps, findings)))
+  if (indicator == 1 &&
+      !(ReadHeadItem(file, "NumTraits", numTraits, findings) && ReadHeadItem(file, "NumEnvs", numEnvs, findings) &&
+        ReadHeadItem(file, "NumReps", numReps, findings)))
     return shape;
   shape.Indicator = static_cast<std::int32_t>(indicator);
   if (numMarkers < 1 || populationSize < 1 || numTraits < 0 || numEnvs < 1 || numReps < 1) return shape;
@@ -127,7 +129,8 @@ ProjectShape WalkProjectInput(const std::string& name, Findings& findings) {
     std::vector<std::string> rowNames;
     // Counts beyond the lines of the file end the walk all the same.
     const std::int64_t cap = static_cast<std::int64_t>(file.NumLines()) + 1;
-    const std::int64_t numRows = std::min(cap, std::min(cap, numTraits * std::min(cap, numEnvs)) * std::min(cap, numReps));
+    const std::int64_t numRows =
+        std::min(cap, std::min(cap, numTraits * std::min(cap, numEnvs)) * std::min(cap, numReps));
     if (!WalkRows(file, numRows, populationSize + 1, "phenotype row", false, rowNames, findings,
                   "NumTraits, NumEnvs, NumReps or PopulationSize"))
       return shape;
@@ -153,7 +156,7 @@ void WalkParameters(const std::string& name, bool mapping, Findings& findings) {
   LintedFile file;
   if (!file.Open(name)) return;
   static constexpr std::pair<const char*, std::size_t> Blocks[] = {
-      {"the condition number", 1},       {"the single marker block", 2},     {"the additive mapping block", 3},
+      {"the condition number", 1},        {"the single marker block", 2},     {"the additive mapping block", 3},
       {"the epistatic mapping block", 3}, {"the first permutation block", 3}, {"the second permutation block", 3},
       {"the third permutation block", 3}};
   const std::size_t numBlocks = mapping ? 7 : 4;
@@ -165,8 +168,8 @@ void WalkParameters(const std::string& name, bool mapping, Findings& findings) {
   if (mapping) CheckRestOfFile(file, "last permutation block", findings);
 }
 
-void CheckCutNames(const std::string& file, const std::vector<std::string>& names, std::size_t length,
-                   const char* kind, Findings& findings) {
+void CheckCutNames(const std::string& file, const std::vector<std::string>& names, std::size_t length, const char* kind,
+                   Findings& findings) {
   std::map<std::string, std::string, std::less<>> byCut;
   std::size_t cut = 0;
   for (const std::string& name : names) {

@@ -21,7 +21,7 @@ struct RunControl {
 RunControl WalkRunControl(Findings& findings);
 
 struct ProjectShape {
-  std::int32_t Indicator = 0;           // 0 when the head cannot be read
+  std::int32_t Indicator = 0;            // 0 when the head cannot be read
   std::vector<std::string> MarkerNames;  // as written, before cutting
   std::vector<std::string> TraitNames;   // of each trait's first row
 };
@@ -31,7 +31,7 @@ void WalkParameters(const std::string& name, bool mapping, Findings& findings);
 
 // Names that the program's cut to length makes equal although they differ,
 // and names cut at all.
-void CheckCutNames(const std::string& file, const std::vector<std::string>& names, std::size_t length,
-                   const char* kind, Findings& findings);
+void CheckCutNames(const std::string& file, const std::vector<std::string>& names, std::size_t length, const char* kind,
+                   Findings& findings);
 
 }  // namespace tov

@@ -23,8 +23,8 @@ bool ReadAsTheProgram(tov::RunData& run, const tov::RunControl& names, tov::Find
   const std::string& file = run.StatusCode == 0 ? names.ParFileName : names.InputFileName;
   if (run.StatusCode == 0) tov::ReadParameters(run, names.ParFileName);
   if (run.StatusCode == 0) return true;
-  findings.Warn(file, 0, "refused", "the program stops at this input with the fault " + std::to_string(run.StatusCode) +
-                               " written above");
+  findings.Warn(file, 0, "refused",
+                "the program stops at this input with the fault " + std::to_string(run.StatusCode) + " written above");
   return false;
 }
 

@@ -35,34 +35,57 @@ std::vector<std::string> SplitFixed(std::string_view line, const Layout& layout)
 }
 
 Layout MarkerTestLayout() {
-  return Build({{"TraitID", 12}, {nullptr, 1}, {"TraitName", 19}, {"Environment", 12}, {"MarkerID", 12},
-                {nullptr, 1}, {"MarkerName", 35}, {"LOD", 12}, {"PVE(%)", 12}, {"Add", 12}, {"M(QQ)", 12},
+  return Build({{"TraitID", 12},
+                {nullptr, 1},
+                {"TraitName", 19},
+                {"Environment", 12},
+                {"MarkerID", 12},
+                {nullptr, 1},
+                {"MarkerName", 35},
+                {"LOD", 12},
+                {"PVE(%)", 12},
+                {"Add", 12},
+                {"M(QQ)", 12},
                 {"M(qq)", 12}});
 }
 
 Layout PermutationLayout() {
-  return Build({{"TraitID", 12}, {nullptr, 1}, {"TraitName", 19}, {"Environment", 12}, {"Times", 12},
-                {"MaxLOD", 12}});
+  return Build({{"TraitID", 12}, {nullptr, 1}, {"TraitName", 19}, {"Environment", 12}, {"Times", 12}, {"MaxLOD", 12}});
 }
 
 Layout PairTestLayout() {
-  return Build({{"TraitID", 12},     {nullptr, 1},     {"TraitName", 19},     {"Environment", 12},
-                {"MarkerID1", 12},   {nullptr, 1},     {"MarkerName1", 35},   {"MarkerID2", 12},
-                {nullptr, 1},        {"MarkerName2", 35}, {"LODaa", 12},      {"LODtotal", 12},
-                {"PVEaa(%)", 12},    {"PVEtotal(%)", 12}, {"Add1", 12},       {"Add2", 12},
-                {"AddbyAdd", 12},    {"M(Q1Q1Q2Q2)", 12}, {"M(Q1Q1q2q2)", 12}, {"M(q1q1Q2Q2)", 12},
+  return Build({{"TraitID", 12},    {nullptr, 1},        {"TraitName", 19},   {"Environment", 12}, {"MarkerID1", 12},
+                {nullptr, 1},       {"MarkerName1", 35}, {"MarkerID2", 12},   {nullptr, 1},        {"MarkerName2", 35},
+                {"LODaa", 12},      {"LODtotal", 12},    {"PVEaa(%)", 12},    {"PVEtotal(%)", 12}, {"Add1", 12},
+                {"Add2", 12},       {"AddbyAdd", 12},    {"M(Q1Q1Q2Q2)", 12}, {"M(Q1Q1q2q2)", 12}, {"M(q1q1Q2Q2)", 12},
                 {"M(q1q1q2q2)", 12}});
 }
 
 Layout TraitStatsLayout() {
-  return Build({{"TraitID", 12}, {nullptr, 1}, {"TraitName", 19}, {"SampleSize", 12}, {"Mean", 12},
-                {"Variance", 12}, {"StdError", 12}, {"Skewness", 12}, {"Kurtosis", 12}, {"Minimum", 12},
-                {"Maximum", 12}, {"Range", 12}, {"W-test", 12}, {"P-value", 12}});
+  return Build({{"TraitID", 12},
+                {nullptr, 1},
+                {"TraitName", 19},
+                {"SampleSize", 12},
+                {"Mean", 12},
+                {"Variance", 12},
+                {"StdError", 12},
+                {"Skewness", 12},
+                {"Kurtosis", 12},
+                {"Minimum", 12},
+                {"Maximum", 12},
+                {"Range", 12},
+                {"W-test", 12},
+                {"P-value", 12}});
 }
 
 Layout MarkerTableLayout() {
-  return Build({{"MarkerID", 12}, {nullptr, 1}, {"MarkerName", 35}, {"Size(Donor)", 12}, {"Size(Bkgrd)", 12},
-                {"Missing", 12}, {"Deleted", 12}});
+  return Build({{"MarkerID", 12},
+                {nullptr, 1},
+                {"MarkerName", 35},
+                {"Size(Donor)", 12},
+                {"Size(Bkgrd)", 12},
+                {"Missing", 12},
+                {"Deleted", 12}});
 }
 
 Layout PowerLayout() { return Build({{"Simulation", 12}}, true); }
@@ -77,7 +100,8 @@ TextTable ReadFixedTable(const std::vector<std::string>& lines, const Layout& la
   TextTable table;
   if (lines.empty()) return table;
   table.Header = SplitFixed(lines[0], layout);
-  for (std::size_t i = 1; i < lines.size() && !lines[i].empty(); ++i) table.Rows.push_back(SplitFixed(lines[i], layout));
+  for (std::size_t i = 1; i < lines.size() && !lines[i].empty(); ++i)
+    table.Rows.push_back(SplitFixed(lines[i], layout));
   return table;
 }
 

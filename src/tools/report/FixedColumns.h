@@ -35,14 +35,14 @@ struct TextTable {
 std::vector<std::string> SplitFixed(std::string_view line, const Layout& layout);
 
 // The layouts of the tables of a run.
-Layout MarkerTestLayout();    // .rsm .qsm .ric .qic
-Layout PermutationLayout();   // .tsm .tic .tice
-Layout PairTestLayout();      // .rice .qice
-Layout TraitStatsLayout();    // the first table of .sta
-Layout MarkerTableLayout();   // .mtp
-Layout PowerLayout();         // .psm .pic
-Layout StepModelLayout();     // a block of .stp
-Layout CorrelationLayout();   // .coe
+Layout MarkerTestLayout();   // .rsm .qsm .ric .qic
+Layout PermutationLayout();  // .tsm .tic .tice
+Layout PairTestLayout();     // .rice .qice
+Layout TraitStatsLayout();   // the first table of .sta
+Layout MarkerTableLayout();  // .mtp
+Layout PowerLayout();        // .psm .pic
+Layout StepModelLayout();    // a block of .stp
+Layout CorrelationLayout();  // .coe
 
 // A file whose first line is its heading, its rows up to the first empty
 // line; the titles come from the layout where the heading is fixed, else

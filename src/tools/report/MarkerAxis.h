@@ -17,8 +17,8 @@ struct Chromosome {
 };
 
 struct MarkerAxis {
-  std::map<int, double> X;            // by MarkerID
-  std::map<int, std::string> Name;    // by MarkerID
+  std::map<int, double> X;                  // by MarkerID
+  std::map<int, std::string> Name;          // by MarkerID
   std::map<int, std::size_t> ChromosomeOf;  // index into Chromosomes
   std::vector<Chromosome> Chromosomes;
   double Min = 0.0, Max = 1.0;

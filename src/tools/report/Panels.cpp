@@ -46,9 +46,10 @@ std::string PairHeatMaps(const RunTables& run) {
     if (list.empty()) order.push_back({row[0], row[2]});
     list.push_back(&row);
   }
-  std::string html = "<h2>Epistasis: LODaa over marker pairs</h2>\n<p class=\"legend\">One cell for each pair of "
-                     "kept markers (MarkerIDs on the axes), from white (0) to dark red (the largest LODaa); a black "
-                     "frame marks a pair above the threshold.</p>\n";
+  std::string html =
+      "<h2>Epistasis: LODaa over marker pairs</h2>\n<p class=\"legend\">One cell for each pair of "
+      "kept markers (MarkerIDs on the axes), from white (0) to dark red (the largest LODaa); a black "
+      "frame marks a pair above the threshold.</p>\n";
   const double cell = std::clamp(600.0 / std::max<std::size_t>(place.size(), 1), 2.0, 24.0);
   for (const auto& pass : order) {
     double top = 0.0;
@@ -68,9 +69,9 @@ std::string PairHeatMaps(const RunTables& run) {
       const bool marked = significant.count(pass.first + "/" + pass.second + "/" + (*row)[3] + "/" + (*row)[5]) > 0;
       svg += Rect(frame.Left + cell * first->second, frame.Top + cell * second->second, cell, cell,
                   "fill=\"" + Heat(top > 0.0 ? lod / top : 0.0) + "\"" +
-                      (marked ? " stroke=\"black\" class=\"cell significant\"" : " class=\"cell\"") +
-                      " data-lod=\"" + (*row)[7] + "\"><title>" + Escape((*row)[4]) + " x " + Escape((*row)[6]) +
-                      ": LODaa " + (*row)[7] + "</title></rect>\n");
+                      (marked ? " stroke=\"black\" class=\"cell significant\"" : " class=\"cell\"") + " data-lod=\"" +
+                      (*row)[7] + "\"><title>" + Escape((*row)[4]) + " x " + Escape((*row)[6]) + ": LODaa " +
+                      (*row)[7] + "</title></rect>\n");
     }
     if (cell >= 10.0)
       for (const auto& [id, i] : place)
@@ -102,8 +103,10 @@ std::string PermutationHistograms(const RunTables& run) {
     }
     if (maxima.empty()) continue;
     constexpr int NumBins = 20;
-    const double low = std::min(*std::min_element(maxima.begin(), maxima.end()), std::isnan(threshold) ? 1e300 : threshold);
-    const double high = std::max(*std::max_element(maxima.begin(), maxima.end()), std::isnan(threshold) ? -1e300 : threshold);
+    const double low =
+        std::min(*std::min_element(maxima.begin(), maxima.end()), std::isnan(threshold) ? 1e300 : threshold);
+    const double high =
+        std::max(*std::max_element(maxima.begin(), maxima.end()), std::isnan(threshold) ? -1e300 : threshold);
     const double width = high > low ? (high - low) / NumBins : 1.0;
     std::vector<int> counts(NumBins, 0);
     for (const double value : maxima) counts[std::min(NumBins - 1, static_cast<int>((value - low) / width))]++;
@@ -115,9 +118,11 @@ std::string PermutationHistograms(const RunTables& run) {
                                                   std::to_string(maxima.size()) + " shuffles") +
                       frame.ValueAxis("shuffles");
     for (int b = 0; b < NumBins; ++b)
-      svg += Rect(frame.X(low + b * width), frame.Y(counts[b]), frame.X(low + width) - frame.X(low), frame.Y(0) - frame.Y(counts[b]),
-                  "class=\"bar\" data-count=\"" + std::to_string(counts[b]) + "\"/>\n");
-    for (double x = std::ceil(low / NiceStep(high - low)) * NiceStep(high - low); x <= frame.XMax; x += NiceStep(high - low))
+      svg +=
+          Rect(frame.X(low + b * width), frame.Y(counts[b]), frame.X(low + width) - frame.X(low),
+               frame.Y(0) - frame.Y(counts[b]), "class=\"bar\" data-count=\"" + std::to_string(counts[b]) + "\"/>\n");
+    for (double x = std::ceil(low / NiceStep(high - low)) * NiceStep(high - low); x <= frame.XMax;
+         x += NiceStep(high - low))
       svg += "<text x=\"" + Pixels(frame.X(x)) + "\" y=\"" + Pixels(frame.Height - frame.Bottom + 14) +
              "\" class=\"xtick\">" + Pixels(x) + "</text>\n";
     svg += "<text x=\"" + Pixels(frame.Width / 2) + "\" y=\"" + Pixels(frame.Height - 8) +
@@ -151,8 +156,8 @@ std::string PowerCharts(const RunTables& run) {
     frame.XMin = 0.0;
     frame.XMax = static_cast<double>(count);
     frame.YMax = 100.0;
-    std::string svg = frame.Open("power", std::string("Power per marker, ") + label +
-                                              " (red: a QTL on the marker)") + frame.ValueAxis("power (%)");
+    std::string svg = frame.Open("power", std::string("Power per marker, ") + label + " (red: a QTL on the marker)") +
+                      frame.ValueAxis("power (%)");
     const double step = NiceStep(static_cast<double>(count));
     for (std::size_t j = 1; j <= count && j < power->size(); ++j) {
       const double value = FieldNumber((*power)[j]);
@@ -160,8 +165,8 @@ std::string PowerCharts(const RunTables& run) {
       svg += Rect(frame.X(j - 1.0) + 0.5, frame.Y(std::isnan(value) ? 0.0 : value),
                   std::max(frame.X(1.0) - frame.X(0.0) - 1.0, 0.5),
                   frame.Y(0.0) - frame.Y(std::isnan(value) ? 0.0 : value),
-                  std::string("class=\"bar") + (qtl ? " qtl\"" : "\"") + " data-power=\"" + (*power)[j] + "\"><title>marker " +
-                      table->Header[j] + ": " + (*power)[j] + "%</title></rect>\n");
+                  std::string("class=\"bar") + (qtl ? " qtl\"" : "\"") + " data-power=\"" + (*power)[j] +
+                      "\"><title>marker " + table->Header[j] + ": " + (*power)[j] + "%</title></rect>\n");
       if (std::fmod(static_cast<double>(j), step) == 0.0)
         svg += "<text x=\"" + Pixels(frame.X(j - 0.5)) + "\" y=\"" + Pixels(frame.Height - frame.Bottom + 14) +
                "\" class=\"xtick\">" + Escape(table->Header[j]) + "</text>\n";

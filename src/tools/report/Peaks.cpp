@@ -27,8 +27,8 @@ std::vector<Peak> FindPeaks(const RunTables& run, const MarkerAxis& axis) {
         std::snprintf(text, sizeof text, "%g", run.Map.at(id).Position);
         position = text;
       }
-      Peak peak{method, row[0], row[1], row[2], axis.HasMap ? axis.Chromosomes[chromosome].Name : "",
-                row[3], row[4], position, row[5], row[7], row[6]};
+      Peak peak{method,   row[0], row[1], row[2], axis.HasMap ? axis.Chromosomes[chromosome].Name : "", row[3], row[4],
+                position, row[5], row[7], row[6]};
       if (found == peakOf.end()) {
         peakOf[key] = peaks.size();
         peaks.push_back(peak);

@@ -72,7 +72,8 @@ std::string SeriesDrawing(const std::vector<const std::vector<std::string>*>& ro
     if (axis.ChromosomeOf.at(id) != chromosome) flush();
     chromosome = axis.ChromosomeOf.at(id);
     const std::string x = Pixels(frame.X(axis.X.at(id))), y = Pixels(frame.Y(lod));
-    lone = points.empty() ? "<circle cx=\"" + x + "\" cy=\"" + y + "\" r=\"1.5\" fill=\"" + series.Color + "\"/>\n" : "";
+    lone =
+        points.empty() ? "<circle cx=\"" + x + "\" cy=\"" + y + "\" r=\"1.5\" fill=\"" + series.Color + "\"/>\n" : "";
     points += (points.empty() ? "" : " ") + x + "," + y;
     if (significant.count((*row)[3]))
       svg += "<circle cx=\"" + x + "\" cy=\"" + y + "\" r=\"3.5\" fill=\"" + series.Color +
@@ -138,8 +139,9 @@ std::string LodProfiles(const RunTables& run, const MarkerAxis& axis) {
       std::string source;
       const double threshold = MethodThreshold(run, series.Permutation, parThresholds[s], source);
       if (!std::isnan(threshold))
-        thresholds += frame.Threshold(threshold, std::string(series.Label) + " threshold " + Pixels(threshold) +
-                                                     " (" + source + ")", series.Color, s == 1);
+        thresholds += frame.Threshold(
+            threshold, std::string(series.Label) + " threshold " + Pixels(threshold) + " (" + source + ")",
+            series.Color, s == 1);
     }
     const std::string environment = pass.second == "Mean" ? "mean over environments" : "environment " + pass.second;
     html += frame.Open("profile", "Trait " + pass.first + " " + traitNames[pass] + ", " + environment,

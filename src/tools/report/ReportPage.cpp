@@ -43,8 +43,8 @@ std::string HtmlTable(const TextTable& table, std::size_t textColumns) {
 }  // namespace
 
 TextTable PeakTable(const std::vector<Peak>& peaks) {
-  TextTable table{{"Method", "TraitID", "TraitName", "Environment", "Chromosome", "MarkerID", "MarkerName",
-                   "Position", "LOD", "Add", "PVE(%)"},
+  TextTable table{{"Method", "TraitID", "TraitName", "Environment", "Chromosome", "MarkerID", "MarkerName", "Position",
+                   "LOD", "Add", "PVE(%)"},
                   {}};
   for (const Peak& p : peaks)
     table.Rows.push_back({p.Method, p.TraitID, p.TraitName, p.Environment, p.Chromosome, p.MarkerID, p.MarkerName,
@@ -54,23 +54,27 @@ TextTable PeakTable(const std::vector<Peak>& peaks) {
 
 std::string ReportPage(const RunTables& run, const std::vector<std::string>& tsvFiles) {
   const MarkerAxis axis = BuildMarkerAxis(run);
-  std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>tov report: " +
-                     Escape(run.Base) + "</title>\n" + Style + "</head>\n<body>\n<h1>Results of " +
-                     Escape(run.Base) + (run.Mapping ? " (QTL mapping)" : " (power simulation)") + "</h1>\n";
-  html += std::string("<p>") + (axis.HasMap ? "Markers stand at their map positions (marker map " + Escape(run.Base) + ".map)."
-                                             : "Markers stand in MarkerID order (no marker map beside the project).") +
+  std::string html =
+      "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>tov report: " + Escape(run.Base) +
+      "</title>\n" + Style + "</head>\n<body>\n<h1>Results of " + Escape(run.Base) +
+      (run.Mapping ? " (QTL mapping)" : " (power simulation)") + "</h1>\n";
+  html += std::string("<p>") +
+          (axis.HasMap ? "Markers stand at their map positions (marker map " + Escape(run.Base) + ".map)."
+                       : "Markers stand in MarkerID order (no marker map beside the project).") +
           "</p>\n";
   if (run.Mapping) {
     const TextTable peaks = PeakTable(FindPeaks(run, axis));
-    html += "<h2>Peaks</h2>\n<p>For each method, trait, environment" + std::string(axis.HasMap ? " and chromosome" : "") +
+    html += "<h2>Peaks</h2>\n<p>For each method, trait, environment" +
+            std::string(axis.HasMap ? " and chromosome" : "") +
             ", the marker of the highest LOD among those above the threshold.</p>\n";
     html += peaks.Rows.empty() ? "<p>No marker lies above its threshold.</p>\n" : HtmlTable(peaks, 7);
   }
   html += LodProfiles(run, axis) + PairHeatMaps(run) + PermutationHistograms(run) + PowerCharts(run);
   if (const TextTable* statistics = run.Find("sta")) {
-    html += "<h2>Trait statistics</h2>\n<p>Line means of each trait in each environment; the last row of a trait "
-            "is across environments. StdError is the standard deviation of the line means.</p>\n" +
-            HtmlTable(*statistics, 2);
+    html +=
+        "<h2>Trait statistics</h2>\n<p>Line means of each trait in each environment; the last row of a trait "
+        "is across environments. StdError is the standard deviation of the line means.</p>\n" +
+        HtmlTable(*statistics, 2);
   }
   html += "<h2>Tables for R, Python and spreadsheets</h2>\n<ul>\n";
   for (const std::string& name : tsvFiles) html += "<li>" + Escape(name) + "</li>\n";

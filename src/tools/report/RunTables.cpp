@@ -88,10 +88,10 @@ RunTables LoadRun(std::string& fault) {
   run.Base = inputName.size() <= 4 ? "" : inputName.substr(0, inputName.size() - 4);
   bool found = false;
   const std::pair<const char*, Layout> singles[] = {
-      {"mtp", MarkerTableLayout()}, {"rsm", MarkerTestLayout()},  {"qsm", MarkerTestLayout()},
-      {"ric", MarkerTestLayout()},  {"qic", MarkerTestLayout()},  {"tsm", PermutationLayout()},
+      {"mtp", MarkerTableLayout()}, {"rsm", MarkerTestLayout()},   {"qsm", MarkerTestLayout()},
+      {"ric", MarkerTestLayout()},  {"qic", MarkerTestLayout()},   {"tsm", PermutationLayout()},
       {"tic", PermutationLayout()}, {"tice", PermutationLayout()}, {"rice", PairTestLayout()},
-      {"qice", PairTestLayout()},   {"sta", TraitStatsLayout()},  {"psm", PowerLayout()},
+      {"qice", PairTestLayout()},   {"sta", TraitStatsLayout()},   {"psm", PowerLayout()},
       {"pic", PowerLayout()}};
   for (const auto& [extension, layout] : singles) {
     const std::vector<std::string> lines = ReadLines(run.Base + "." + extension, found);
@@ -104,8 +104,8 @@ RunTables LoadRun(std::string& fault) {
     run.Tables["coe.all"] = all;
     const std::size_t second = all.Rows.size() + 2;
     if (second < lines.size())
-      run.Tables["coe.kept"] = ReadFixedTable(std::vector<std::string>(lines.begin() + second, lines.end()),
-                                              CorrelationLayout());
+      run.Tables["coe.kept"] =
+          ReadFixedTable(std::vector<std::string>(lines.begin() + second, lines.end()), CorrelationLayout());
   }
   run.Mapping = run.Find("sta") != nullptr;
   run.Map = ReadMarkerMap(run.Base + ".map");

@@ -16,8 +16,8 @@ struct MapPlace {
 };
 
 struct RunTables {
-  std::string Base;           // OutputBase of the run
-  bool Mapping = true;        // false for a simulation run
+  std::string Base;     // OutputBase of the run
+  bool Mapping = true;  // false for a simulation run
   bool HaveParameters = false;
   float SMALOD = 0.0f, AddLOD = 0.0f, EpiLOD = 0.0f;
   // By name: the extension of the file ("rsm", "tsm", ...), or for a file

@@ -9,11 +9,20 @@ std::string Escape(std::string_view text) {
   std::string escaped;
   for (const char c : text) {
     switch (c) {
-      case '&': escaped += "&amp;"; break;
-      case '<': escaped += "&lt;"; break;
-      case '>': escaped += "&gt;"; break;
-      case '"': escaped += "&quot;"; break;
-      default: escaped += c;
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      case '"':
+        escaped += "&quot;";
+        break;
+      default:
+        escaped += c;
     }
   }
   return escaped;
@@ -53,9 +62,9 @@ std::string Frame::Open(std::string_view kind, std::string_view title, std::stri
          "\" data-x-min=\"" + Pixels(XMin) + "\" data-x-max=\"" + Pixels(XMax) + "\" data-y-min=\"" +
          std::to_string(YMin) + "\" data-y-max=\"" + std::to_string(YMax) + "\" data-left=\"" + Pixels(Left) +
          "\" data-top=\"" + Pixels(Top) + "\" data-plot-width=\"" + Pixels(Width - Left - Right) +
-         "\" data-plot-height=\"" + Pixels(Height - Top - Bottom) + "\" " + std::string(attributes) + ">\n<text x=\"" + Pixels(Left) +
-         "\" y=\"15\" class=\"title\">" + Escape(title) + "</text>\n<rect x=\"" + Pixels(Left) + "\" y=\"" +
-         Pixels(Top) + "\" width=\"" + Pixels(Width - Left - Right) + "\" height=\"" +
+         "\" data-plot-height=\"" + Pixels(Height - Top - Bottom) + "\" " + std::string(attributes) + ">\n<text x=\"" +
+         Pixels(Left) + "\" y=\"15\" class=\"title\">" + Escape(title) + "</text>\n<rect x=\"" + Pixels(Left) +
+         "\" y=\"" + Pixels(Top) + "\" width=\"" + Pixels(Width - Left - Right) + "\" height=\"" +
          Pixels(Height - Top - Bottom) + "\" class=\"box\"/>\n";
 }
 
@@ -73,12 +82,11 @@ std::string Frame::ValueAxis(std::string_view label) const {
 }
 
 std::string Frame::Threshold(double y, std::string_view label, std::string_view color, bool labelLeft) const {
-  return "<line x1=\"" + Pixels(Left) + "\" x2=\"" + Pixels(Width - Right) + "\" y1=\"" + Pixels(Y(y)) +
-         "\" y2=\"" + Pixels(Y(y)) + "\" stroke=\"" + std::string(color) +
-         "\" class=\"threshold\" data-value=\"" + Pixels(y) + "\"/><text x=\"" +
-         Pixels(labelLeft ? Left + 4 : Width - Right - 4) + "\" y=\"" + Pixels(Y(y) - 4) + "\" class=\"" +
-         (labelLeft ? "tlabel-left" : "tlabel") + "\" fill=\"" + std::string(color) + "\">" + Escape(label) +
-         "</text>\n";
+  return "<line x1=\"" + Pixels(Left) + "\" x2=\"" + Pixels(Width - Right) + "\" y1=\"" + Pixels(Y(y)) + "\" y2=\"" +
+         Pixels(Y(y)) + "\" stroke=\"" + std::string(color) + "\" class=\"threshold\" data-value=\"" + Pixels(y) +
+         "\"/><text x=\"" + Pixels(labelLeft ? Left + 4 : Width - Right - 4) + "\" y=\"" + Pixels(Y(y) - 4) +
+         "\" class=\"" + (labelLeft ? "tlabel-left" : "tlabel") + "\" fill=\"" + std::string(color) + "\">" +
+         Escape(label) + "</text>\n";
 }
 
 }  // namespace tov

@@ -150,9 +150,11 @@ TEST(Report, RendersInAHeadlessBrowser) {
   fs::create_directories(profile);
   const ToolResult shot = RunTool(
       folder.Path() / "run",
-      browser + " --headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking "
-                "--disable-component-update --disable-sync --user-data-dir=" + profile.string() +
-          " --window-size=1000,3000 --screenshot=shot.png file://" + (folder.Path() / "run/study.html").string());
+      browser +
+          " --headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking "
+          "--disable-component-update --disable-sync --user-data-dir=" +
+          profile.string() + " --window-size=1000,3000 --screenshot=shot.png file://" +
+          (folder.Path() / "run/study.html").string());
   const std::string png = ReadWholeFile((folder.Path() / "run/shot.png").string());
   ASSERT_GT(png.size(), 24u) << shot.Console;
   EXPECT_EQ("\x89PNG", png.substr(0, 4));
