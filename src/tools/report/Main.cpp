@@ -18,10 +18,6 @@ int main(int argc, char**) {
     std::fprintf(stderr, "tov-report: %s\n", fault.c_str());
     return 2;
   }
-  if (run.Find("mtp") == nullptr) {
-    std::fprintf(stderr, "tov-report: %s.mtp is missing: run tov first\n", run.Base.c_str());
-    return 2;
-  }
   if (run.Mapping) run.Tables["peaks"] = tov::PeakTable(tov::FindPeaks(run, tov::BuildMarkerAxis(run)));
   const std::vector<std::string> tsvFiles = tov::WriteTsvTables(run, fault);
   const std::string page = run.Base + ".html";

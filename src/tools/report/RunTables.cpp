@@ -8,6 +8,7 @@
 #include "text/Format.h"
 #include "text/FreeFormatRead.h"
 #include "text/TextInput.h"
+#include "tools/report/StaAnova.h"
 
 namespace tov {
 
@@ -96,6 +97,11 @@ RunTables LoadRun(std::string& fault) {
   for (const auto& [extension, layout] : singles) {
     const std::vector<std::string> lines = ReadLines(run.Base + "." + extension, found);
     if (found) run.Tables[extension] = ReadFixedTable(lines, layout);
+    if (found && std::string_view(extension) == "sta") {
+      AnovaTables anova = ReadAnovaTables(lines, run.Tables[extension]);
+      run.Tables["sta.fit"] = std::move(anova.Fit);
+      run.Tables["sta.anova"] = std::move(anova.Sources);
+    }
   }
   if (std::vector<std::string> lines = ReadLines(run.Base + ".stp", found); found)
     run.Tables["stp"] = StepModels(lines);
@@ -106,6 +112,10 @@ RunTables LoadRun(std::string& fault) {
     if (second < lines.size())
       run.Tables["coe.kept"] =
           ReadFixedTable(std::vector<std::string>(lines.begin() + second, lines.end()), CorrelationLayout());
+  }
+  if (run.Find("mtp") == nullptr) {
+    fault = run.Base + ".mtp is missing: run tov first";
+    return run;
   }
   run.Mapping = run.Find("sta") != nullptr;
   run.Map = ReadMarkerMap(run.Base + ".map");

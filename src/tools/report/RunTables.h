@@ -28,8 +28,8 @@ struct RunTables {
   const TextTable* Find(const std::string& name) const;
 };
 
-// Reads what the run left; an empty Base with Fault set when TOV.mio
-// cannot be read.
+// Reads what the run left; sets fault when TOV.mio cannot be read or the
+// run left no marker table.
 RunTables LoadRun(std::string& fault);
 
 }  // namespace tov
