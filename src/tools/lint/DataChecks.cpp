@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <map>
+#include <vector>
 
 #include "markers/Binning.h"
 #include "markers/Multicollinearity.h"
@@ -68,10 +69,12 @@ void CheckMarkers(const RunData& run, const std::string& file, const std::string
   }
 
   if (run.Indicator == 1) {
+    std::vector<std::int64_t> phenotyped;
+    for (std::int64_t k = 1; k <= run.PopulationSize; ++k)
+      if (HasPhenotype(run, k)) phenotyped.push_back(k);
     for (std::int64_t m = 1; m <= run.NumMarkers; ++m) {
       bool donor = false, background = false;
-      for (std::int64_t k = 1; k <= run.PopulationSize; ++k) {
-        if (!HasPhenotype(run, k)) continue;
+      for (const std::int64_t k : phenotyped) {
         donor = donor || run.MarkerType(m, k) == 'A';
         background = background || run.MarkerType(m, k) == 'B';
       }

@@ -22,7 +22,8 @@ bool ReadHeadItem(LintedFile& file, const char* label, std::int64_t& value, Find
   std::int32_t parsed = 0;
   if (!record.Complete || !ParseInteger(record.Items[0], parsed)) return false;
   value = parsed;
-  if (!record.Unread.empty() && record.Unread.find_first_of("0123456789") == record.Unread.find_first_not_of(" \t,"))
+  const std::size_t next = record.Unread.find_first_not_of(" \t,");
+  if (next != std::string::npos && next == record.Unread.find_first_of("0123456789"))
     findings.Warn(file.Name(), record.LastLine, "second number on a head line",
                   std::string("the numbers after ") + label +
                       " on its line are not read: each head item stands on a "
