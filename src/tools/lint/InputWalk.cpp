@@ -39,7 +39,7 @@ void CheckGenotypeTokens(const LintedFile& file, const Record& record, std::size
   for (std::size_t k = 1; k < record.Items.size(); ++k) {
     if (record.Items[k].empty() || RecodeToken(record.Items[k]) != InvalidGenotype) continue;
     findings.Warn(file.Name(), record.FirstLine, "not a genotype token",
-                  "the token " + Quoted(record.Items[k]) + " of marker " + std::to_string(marker) + " at line " +
+                  "the token " + Quoted(record.Items[k]) + " of marker " + std::to_string(marker) + " for LineID " +
                       std::to_string(k) +
                       " is not a genotype: write A or 2 for the donor, B or 0 for the "
                       "background, X or -1 for a missing genotype (a heterozygote cannot be read)");
