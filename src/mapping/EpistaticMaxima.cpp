@@ -1,7 +1,6 @@
 #include "mapping/EpistaticMaxima.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -172,8 +171,8 @@ void EpistaticMaxima(int numMarkers, int numLines, const Array<char, 2>& scanGen
   for (int i = 1; i < numMarkers; ++i)
     for (int second = i + 1; second <= numMarkers; ++second) {
       if (i == 1 && second == 2) continue;
-      lines.Of(&rows[static_cast<std::size_t>(i - 1) * numLines], &rows[static_cast<std::size_t>(second - 1) * numLines],
-               numLines);
+      lines.Of(rows.data() + static_cast<std::size_t>(i - 1) * numLines,
+               rows.data() + static_cast<std::size_t>(second - 1) * numLines, numLines);
       for (int g = 0; g < groups; ++g) {
         PairBound(lines, yt.data() + static_cast<std::size_t>(g) * groupSize, bound);
         for (int j = 0; j < Lanes && g * Lanes + j < count; ++j) {

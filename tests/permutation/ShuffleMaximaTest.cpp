@@ -12,8 +12,10 @@ namespace tov {
 namespace {
 
 // A trait with one kept line: the permutation draws nothing and leaves the
-// value in place; a trait without lines draws nothing either.  Every LOD is
-// then NaN, and a maximum that no LOD exceeds stays 0.0.
+// value in place; a trait without lines draws nothing either.  With one
+// line every LOD is NaN, with none every sum is empty and every LOD 0.0: a
+// marker maximum is 0.0 either way, and the pair maximum, which starts at
+// the first pair, NaN or 0.0.
 TEST(ShuffleMaxima, OneOrNoLineDrawsNothingAndGivesZero) {
   for (const int numLines : {1, 0}) {
     StartStreamForTesting(4711);
@@ -30,6 +32,9 @@ TEST(ShuffleMaxima, OneOrNoLineDrawsNothingAndGivesZero) {
       MarkerShuffleMaxima(code, 2, numLines, scanGenotype, shuffles, maxima);
       for (const float m : maxima) EXPECT_EQ(m, 0.0f) << code << " on " << numLines << " lines";
     }
+    float maxima[3] = {};
+    PairShuffleMaxima(2, numLines, scanGenotype, shuffles, maxima);
+    for (const float m : maxima) EXPECT_TRUE(numLines == 1 ? std::isnan(m) : m == 0.0f) << m;
   }
 }
 
