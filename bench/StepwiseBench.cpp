@@ -51,14 +51,9 @@ void BM_CovarianceRow(benchmark::State& state) {
   const Population population(static_cast<int>(state.range(0)));
   const int numCols = population.markers + 1;
   CovarianceRows rows(kLines, numCols);
-  std::vector<float> column(kLines);
-  for (int m = 1; m <= numCols; ++m) {
-    for (int l = 0; l < kLines; ++l)
-      column[static_cast<std::size_t>(l)] =
-          m < numCols ? static_cast<float>(population.code[static_cast<std::size_t>(l) * population.markers + m - 1])
-                      : population.y[static_cast<std::size_t>(l)];
-    rows.SetColumn(m, column.data());
-  }
+  const std::vector<float> offsets(static_cast<std::size_t>(population.markers), 0.01f);
+  rows.SetCodedColumns(population.markers, population.code.data(), offsets.data());
+  rows.SetColumn(numCols, population.y.data());
   Array<float, 1> row;
   int i = 0;
   for (auto _ : state) {

@@ -18,15 +18,22 @@ bool FitsTooWell(float adjRSquare) { return adjRSquare > 99.0f && adjRSquare <= 
 
 float ZeroIfNaN(float value) { return std::isnan(value) ? 0.0f : value; }
 
-// The covariance matrix of the centred columns as RSTEP reads it.
+// The covariance matrix of the centred columns as RSTEP reads it.  The
+// rows it has computed are kept for the retries, which start from the same
+// matrix and pivot mostly on the same variables.
 class CovarianceInput : public SymmetricRows {
  public:
-  explicit CovarianceInput(const CovarianceRows& rows) : rows_(rows) {}
+  explicit CovarianceInput(const CovarianceRows& rows, int numCols) : rows_(rows), computed_(numCols) {}
   void Diagonal(Array<float, 1>& diagonal) const override { rows_.Diagonal(diagonal); }
-  void Row(int r, Array<float, 1>& row) const override { rows_.Row(r, row); }
+  void Row(int r, Array<float, 1>& row) const override {
+    Array<float, 1>& kept = computed_(r);
+    if (!kept.IsAllocated()) rows_.Row(r, kept);
+    row = kept;
+  }
 
  private:
   const CovarianceRows& rows_;
+  mutable Array<Array<float, 1>, 1> computed_;
 };
 
 }  // namespace
@@ -39,22 +46,20 @@ void StepwiseSelection(float PIN, float POUT, int NumVars, int NumObs, const std
 
   // Centred columns: the regressors, then the response.  The code sums are
   // exact integers; only the mean is rounded.
-  CovarianceRows cov(NumObs, numCols);
+  Array<std::int32_t, 1> sum(NumVars);
+  for (int l = 1; l <= NumObs; ++l)
+    for (int m = 1; m <= NumVars; ++m) sum(m) += code(m, l);
   Array<float, 1> xbar(NumVars);
-  Array<float, 1> centred(NumObs);
-  for (int m = 1; m <= NumVars; ++m) {
-    std::int32_t sum = 0;
-    for (int l = 1; l <= NumObs; ++l) sum += code(m, l);
-    xbar(m) = static_cast<float>(sum) / count;
-    for (int l = 1; l <= NumObs; ++l) centred(l) = static_cast<float>(code(m, l)) - xbar(m);
-    cov.SetColumn(m, centred.Data());
-  }
+  for (int m = 1; m <= NumVars; ++m) xbar(m) = static_cast<float>(sum(m)) / count;
+  CovarianceRows cov(NumObs, numCols);
+  cov.SetCodedColumns(NumVars, CodedGenotype, xbar.Data());
   float ySum = 0.0f;
   for (int l = 0; l < NumObs; ++l) ySum = ySum + y[l];
   const float ybar = ySum / count;
+  Array<float, 1> centred(NumObs);
   for (int l = 1; l <= NumObs; ++l) centred(l) = y[l - 1] - ybar;
   cov.SetColumn(numCols, centred.Data());
-  const CovarianceInput input(cov);
+  const CovarianceInput input(cov, numCols);
 
   Array<int, 1> level(numCols);
   level.Fill(1);
