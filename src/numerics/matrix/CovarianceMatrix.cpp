@@ -29,13 +29,13 @@ typedef std::uint32_t PackedLanes __attribute__((vector_size(kLanes * sizeof(std
   values = __builtin_convertvector(code, Lanes) - offset;
 }
 
-// sums[j] = sum over observations, in order and from 0.0, of x(l) times
-// (real(code(l, j)) - offset(j)), for every column j of every block.  Built
-// for AVX2 as well where it exists: the lanes round exactly as scalar
-// floats do.
-__attribute__((target_clones("avx2", "default"))) void ProductSumsOfBlocks(int numObs, const float* x, int numBlocks,
-                                                                            const std::int8_t* blocks,
-                                                                            const float* offsets, float* sums) {
+// sums[j] = sum over observations, in order and from 0.0, of x(l) * v(l, j),
+// or of v(l, j) * v(l, j) when x is null, with v(l, j) = real(code(l, j))
+// - offset(j), for every column j of every block.  Built for AVX2 as well
+// where it exists: the lanes round exactly as scalar floats do.
+__attribute__((target_clones("avx2", "default"))) void SumsOfBlocks(int numObs, const float* x, int numBlocks,
+                                                                     const std::int8_t* blocks, const float* offsets,
+                                                                     float* sums) {
   for (int b = 0; b < numBlocks; ++b) {
     const std::int8_t* block = blocks + static_cast<std::size_t>(b) * static_cast<std::size_t>(numObs) * kBlock;
     Lanes s[kBytesPerLane] = {};
@@ -43,36 +43,13 @@ __attribute__((target_clones("avx2", "default"))) void ProductSumsOfBlocks(int n
     std::memcpy(offset, offsets + b * kBlock, sizeof offset);
     for (int l = 0; l < numObs; ++l) {
       Lanes xl;
-      for (int c = 0; c < kLanes; ++c) xl[c] = x[l];
+      for (int c = 0; c < kLanes; ++c) xl[c] = x != nullptr ? x[l] : 0.0f;
       PackedLanes packed;
       std::memcpy(&packed, block + static_cast<std::size_t>(l) * kBlock, sizeof packed);
       for (int p = 0; p < kBytesPerLane; ++p) {
         Lanes v;
         CodedValues(packed, p, offset[p], v);
-        s[p] = s[p] + xl * v;
-      }
-    }
-    std::memcpy(sums + b * kBlock, s, sizeof s);
-  }
-}
-
-// sums[j] = sum over observations of v(l, j) * v(l, j), v the coded value
-// less its offset.
-__attribute__((target_clones("avx2", "default"))) void SquareSumsOfBlocks(int numObs, int numBlocks,
-                                                                           const std::int8_t* blocks,
-                                                                           const float* offsets, float* sums) {
-  for (int b = 0; b < numBlocks; ++b) {
-    const std::int8_t* block = blocks + static_cast<std::size_t>(b) * static_cast<std::size_t>(numObs) * kBlock;
-    Lanes s[kBytesPerLane] = {};
-    Lanes offset[kBytesPerLane];
-    std::memcpy(offset, offsets + b * kBlock, sizeof offset);
-    for (int l = 0; l < numObs; ++l) {
-      PackedLanes packed;
-      std::memcpy(&packed, block + static_cast<std::size_t>(l) * kBlock, sizeof packed);
-      for (int p = 0; p < kBytesPerLane; ++p) {
-        Lanes v;
-        CodedValues(packed, p, offset[p], v);
-        s[p] = s[p] + v * v;
+        s[p] = s[p] + (x != nullptr ? xl : v) * v;
       }
     }
     std::memcpy(sums + b * kBlock, s, sizeof s);
@@ -82,8 +59,10 @@ __attribute__((target_clones("avx2", "default"))) void SquareSumsOfBlocks(int nu
 // Where the code of column j (1-based) and observation l (0-based) lies.
 std::size_t CodeAt(int numObs, int j, int l) {
   const int inBlock = (j - 1) % kBlock;
-  return static_cast<std::size_t>((j - 1) / kBlock) * static_cast<std::size_t>(numObs) * kBlock +
-         static_cast<std::size_t>(l) * kBlock + static_cast<std::size_t>(inBlock % kLanes * kBytesPerLane + inBlock / kLanes);
+  const int inRow = inBlock % kLanes * kBytesPerLane + inBlock / kLanes;
+  return (static_cast<std::size_t>((j - 1) / kBlock) * static_cast<std::size_t>(numObs) + static_cast<std::size_t>(l)) *
+             kBlock +
+         static_cast<std::size_t>(inRow);
 }
 
 float ProductSum(int n, const float* x, const float* y) {
@@ -132,7 +111,8 @@ void CovarianceRows::SetCodedColumns(int numCoded, const std::int32_t* codes, co
       if (!fits[c]) {
         // Codes beyond a byte are held as reals.
         std::vector<float> values(static_cast<std::size_t>(numObs_));
-        for (int l = 0; l < numObs_; ++l) values[static_cast<std::size_t>(l)] = static_cast<float>(code(j, l)) - offsets[j - 1];
+        for (int l = 0; l < numObs_; ++l)
+          values[static_cast<std::size_t>(l)] = static_cast<float>(code(j, l)) - offsets[j - 1];
         SetColumn(j, values.data());
         continue;
       }
@@ -170,7 +150,7 @@ void CovarianceRows::ColumnOf(int j, std::vector<float>& values) const {
 
 void CovarianceRows::ProductSums(const float* x, std::vector<float>& sums) const {
   sums.resize(static_cast<std::size_t>(numBlocks_) * kBlock);
-  ProductSumsOfBlocks(numObs_, x, numBlocks_, codes_.data(), offset_.data(), sums.data());
+  SumsOfBlocks(numObs_, x, numBlocks_, codes_.data(), offset_.data(), sums.data());
   for (int j = 1; j <= numCols_; ++j) {
     const std::int64_t at = realsAt_[static_cast<std::size_t>(j)];
     if (at >= 0) sums[static_cast<std::size_t>(j) - 1] = ProductSum(numObs_, x, reals_.data() + at);
@@ -201,7 +181,7 @@ void CovarianceRows::Row(int i, Array<float, 1>& row) const {
 
 void CovarianceRows::Diagonal(Array<float, 1>& diagonal) const {
   std::vector<float> sums(static_cast<std::size_t>(numBlocks_) * kBlock);
-  SquareSumsOfBlocks(numObs_, numBlocks_, codes_.data(), offset_.data(), sums.data());
+  SumsOfBlocks(numObs_, nullptr, numBlocks_, codes_.data(), offset_.data(), sums.data());
   diagonal.Allocate(numCols_);
   std::vector<float> x;
   for (int j = 1; j <= numCols_; ++j) {

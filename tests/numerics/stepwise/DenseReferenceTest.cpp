@@ -88,13 +88,15 @@ TEST(DenseReference, RstepKeepsEveryBitOfTheWholeSweep) {
     ASSERT_EQ(iend, iendRef) << trial;
     for (int i = 1; i <= nvar; ++i) {
       ASSERT_EQ(Bits(hist(i)), Bits(histRef(i))) << trial << " HIST " << i;
-      for (int j = i; j <= nvar; ++j) ASSERT_EQ(Bits(covs(i, j)), Bits(covsRef(i, j))) << trial << " COVS " << i << "," << j;
+      for (int j = i; j <= nvar; ++j)
+        ASSERT_EQ(Bits(covs(i, j)), Bits(covsRef(i, j))) << trial << " COVS " << i << "," << j;
       removals += histRef(i) < 0.0f;
       refusals += histRef(i) > 0.0f && covsRef(i, i) == 0.0f;
     }
     for (int e = 1; e <= 13; ++e) ASSERT_EQ(Bits(aov(e)), Bits(aovRef(e))) << trial << " AOV " << e;
     for (int c = 1; c <= 5; ++c)
-      for (int i = 1; i < nvar; ++i) ASSERT_EQ(Bits(coef(i, c)), Bits(coefRef(i, c))) << trial << " COEF " << i << "," << c;
+      for (int i = 1; i < nvar; ++i)
+        ASSERT_EQ(Bits(coef(i, c)), Bits(coefRef(i, c))) << trial << " COEF " << i << "," << c;
   }
   // The draws reach every kind of step.
   EXPECT_GT(removals, 20);
