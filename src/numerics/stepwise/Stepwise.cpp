@@ -23,7 +23,7 @@ float ZeroIfNaN(float value) { return std::isnan(value) ? 0.0f : value; }
 // matrix and pivot mostly on the same variables.
 class CovarianceInput : public SymmetricRows {
  public:
-  explicit CovarianceInput(const CovarianceRows& rows, int numCols) : rows_(rows), computed_(numCols) {}
+  CovarianceInput(const CovarianceRows& rows, int numCols) : rows_(rows), computed_(numCols) {}
   void Diagonal(Array<float, 1>& diagonal) const override { rows_.Diagonal(diagonal); }
   void Row(int r, Array<float, 1>& row) const override {
     Array<float, 1>& kept = computed_(r);

@@ -50,7 +50,8 @@ class SweptMatrix {
     return i <= idep_ ? dependent_(i) : swept_(i) * swept_(idep_) * dependent_(i);
   }
 
-  // Sweeps variable k in (SWEPT(k) at most 0) or out.  On the way in a
+  // Sweeps variable k in (SWEPT(k) at most 0) or out, as GSWEP sweeps the
+  // whole triangle.  On the way in a
   // pivot at or below tol * SCALE(k), or one that would leave a swept
   // variable i with a diagonal of its inverse below tol * SCALE(i), is
   // refused: row k becomes 0.0, diagonal included, SWEPT(k) stays, and
