@@ -50,7 +50,7 @@ TEST(CovarianceRows, DividesByTheNumberOfObservations) {
     for (int j = 1; j <= 3; ++j) EXPECT_NEAR(c(i, j), expected[i - 1][j - 1], 2e-6f) << i << "," << j;
 }
 
-// Columns of uneven sizes and offsets, more of them than one panel holds
+// Columns of uneven sizes and offsets, more of them than one block holds
 // and not a multiple of it, with a missing code in one column and a NaN in
 // another, and 21 columns of codes less an offset, one of them with a code
 // beyond a byte: every element must be the very float of ColumnCovariance,
