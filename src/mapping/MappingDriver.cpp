@@ -1,9 +1,13 @@
 #include "mapping/MappingDriver.h"
 
 #include "mapping/AdditiveScan.h"
+#include "mapping/EpistaticScan.h"
 #include "mapping/MarkerEffects.h"
 #include "mapping/MarkerTables.h"
+#include "mapping/PairEffects.h"
+#include "mapping/PairTables.h"
 #include "mapping/ScanGenotype.h"
+#include "mapping/SelectedPairRSquare.h"
 #include "mapping/SelectedRSquare.h"
 #include "mapping/SingleMarkerScan.h"
 #include "mapping/StepModelTable.h"
@@ -87,6 +91,20 @@ void MapOnePass(RunData& run, int t, int e) {
     AllocMarkerTests(AdditiveMapping, table);
     AdditiveScan(numMarkers, numLines, scanGenotype, lineMean.Data(), model, table);
     ReportMarkerTable(run, UnitRic, UnitQic, run.AddLOD, t, e, scanGenotype, lineMean, table);
+  }
+
+  if (run.EpiIndicator == 1) {
+    Report(run, 1215, t, e);
+    PairTestTable table;
+    table.NumTests = NumPairs(numMarkers);
+    AllocPairTests(EpistaticMapping, table);
+    EpistaticScan(numMarkers, numLines, scanGenotype, lineMean.Data(), model, table);
+    MarkSignificantPairs(run.EpiLOD, table);
+    const float sumVG = SumPairVariance(table);
+    const float rSquare = SelectedPairRSquare(numLines, scanGenotype, lineMean.Data(), table);
+    WritePairTables(run.Units[UnitRice], run.Units[UnitQice], run, t, run.TraitName(t, 1, 1), e,
+                    run.PhenotypicVariance(t, e), sumVG, rSquare, table);
+    FreePairTests(table);
   }
 
   if (needsModel) FreeStepModel(model);

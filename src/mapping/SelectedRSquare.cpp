@@ -79,14 +79,18 @@ void RegressionSS(const float* y, const Array<float, 2>& X, float& SST, float& S
   SSE = ZeroIfNaN(SSE);
 }
 
-float SelectedRSquare(int numLines, const Array<char, 2>& scanGenotype, const float* y, const MarkerTestTable& table) {
-  if (CountFlagged(table) == 0) return 0.0f;
-  Array<float, 2> X;
-  DesignOfSelected(numLines, scanGenotype, table, X);
+float RSquareOfDesign(const float* y, const Array<float, 2>& X) {
   float SST = 0.0f;
   float SSE = 0.0f;
   RegressionSS(y, X, SST, SSE);
   return (SST - SSE) / SST;
+}
+
+float SelectedRSquare(int numLines, const Array<char, 2>& scanGenotype, const float* y, const MarkerTestTable& table) {
+  if (CountFlagged(table) == 0) return 0.0f;
+  Array<float, 2> X;
+  DesignOfSelected(numLines, scanGenotype, table, X);
+  return RSquareOfDesign(y, X);
 }
 
 }  // namespace tov

@@ -21,6 +21,9 @@ void DesignOfSelected(int numLines, const Array<char, 2>& scanGenotype, const Ma
 // the data.  A NaN comes back as 0.0.
 void RegressionSS(const float* y, const Array<float, 2>& X, float& SST, float& SSE);
 
+// (SST - SSE) / SST of y on the columns of X, from RegressionSS.
+float RSquareOfDesign(const float* y, const Array<float, 2>& X);
+
 // (SST - SSE) / SST of the flagged markers, a fraction; 0.0 when none is
 // flagged.
 float SelectedRSquare(int numLines, const Array<char, 2>& scanGenotype, const float* y, const MarkerTestTable& table);

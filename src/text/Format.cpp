@@ -32,6 +32,28 @@ std::string DropLeadingZero(std::string text, int width) {
   return text;
 }
 
+// The digits of a real with 1 to 8 decimals whose scaled value stays below
+// 1e15, without the general conversion: the value times 10^decimals is
+// exact in 64 bits (24 + 27 bits of mantissa), so rounding it to an
+// integer, ties to even, rounds the exact binary value as printf does.
+bool ShortFixed(float value, int decimals, char* out, char*& end) {
+  static constexpr double Scale[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
+  if (decimals < 1 || decimals > 8) return false;
+  const double scaled = std::fabs(static_cast<double>(value)) * Scale[decimals];
+  if (!(scaled < 1e15)) return false;
+  auto units = static_cast<std::uint64_t>(std::nearbyint(scaled));
+  char digits[32];
+  int count = 0;
+  for (; count <= decimals || units != 0; units /= 10) digits[count++] = static_cast<char>('0' + units % 10);
+  end = out;
+  if (std::signbit(value)) *end++ = '-';
+  while (count > 0) {
+    if (count == decimals) *end++ = '.';
+    *end++ = digits[--count];
+  }
+  return true;
+}
+
 }  // namespace
 
 std::string FormatInteger(std::int64_t value, int width) { return Fit(std::to_string(value), width); }
@@ -42,12 +64,40 @@ std::string FormatFixed(float value, int width, int decimals) {
   // printf's "%#.*f" gives, at a fraction of its cost; with no decimals the
   // point stays.
   char buffer[128];
+  char* shortEnd = nullptr;
+  if (ShortFixed(value, decimals, buffer, shortEnd))
+    return Fit(DropLeadingZero(std::string(buffer, shortEnd), width), width);
   const std::to_chars_result end =
       std::to_chars(buffer, buffer + sizeof buffer - 1, value, std::chars_format::fixed, decimals);
   if (end.ec != std::errc()) return Fit(std::string(sizeof buffer, '*'), width);
   char* last = end.ptr;
   if (decimals == 0) *last++ = '.';
   return Fit(DropLeadingZero(std::string(buffer, last), width), width);
+}
+
+void AppendFixed(std::string& out, float value, int width, int decimals) {
+  char buffer[40];
+  char* end = nullptr;
+  if (!std::isfinite(value) || !ShortFixed(value, decimals, buffer, end)) {
+    out += FormatFixed(value, width, decimals);
+    return;
+  }
+  const auto w = static_cast<std::size_t>(width < 0 ? 0 : width);
+  char* text = buffer;
+  auto size = static_cast<std::size_t>(end - buffer);
+  // As DropLeadingZero: "0." and "-0." lose the zero where the field needs it.
+  const std::size_t zero = buffer[0] == '-' ? 1 : 0;
+  if (size > w && buffer[zero] == '0' && buffer[zero + 1] == '.') {
+    if (zero == 1) buffer[1] = '-';
+    ++text;
+    --size;
+  }
+  if (size > w) {
+    out.append(w, '*');
+    return;
+  }
+  out.append(w - size, ' ');
+  out.append(text, size);
 }
 
 std::string FormatScientific(float value, int width, int decimals, int exponentDigits) {

@@ -14,6 +14,9 @@ namespace tov {
 std::string FormatInteger(std::int64_t value, int width);
 // A real in w columns with d decimals; d = 0 keeps the decimal point.
 std::string FormatFixed(float value, int width, int decimals);
+// The same field appended to out, without a string of its own where the
+// value has few digits (the rows of the big tables).
+void AppendFixed(std::string& out, float value, int width, int decimals);
 // A real as 0.dddd followed by E, the exponent's sign and its digits, for
 // example 0.1234E-02 (2 exponent digits) or 0.1234E-002 (3).
 std::string FormatScientific(float value, int width, int decimals, int exponentDigits);
@@ -31,7 +34,10 @@ std::string_view TrimBoth(std::string_view text);
 class Row {
  public:
   Row& Integer(std::int64_t value, int width) { return Add(FormatInteger(value, width)); }
-  Row& Fixed(float value, int width, int decimals) { return Add(FormatFixed(value, width, decimals)); }
+  Row& Fixed(float value, int width, int decimals) {
+    AppendFixed(text_, value, width, decimals);
+    return *this;
+  }
   Row& Scientific(float value, int width, int decimals, int exponentDigits) {
     return Add(FormatScientific(value, width, decimals, exponentDigits));
   }

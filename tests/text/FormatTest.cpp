@@ -47,6 +47,19 @@ TEST(FormatFixed, DigitsAreThoseOfPrintf) {
     std::snprintf(expected, sizeof expected, "%#.*f", decimals, static_cast<double>(value));
     ASSERT_EQ(FormatFixed(value, 70, decimals), FormatText(expected, 70)) << expected;
   }
+  // Values of a few decimals, where the short conversion is taken, also
+  // halfway ones (multiples of 2^-k).
+  for (int trial = 0; trial < 20000; ++trial) {
+    const float value = std::ldexp(static_cast<float>(static_cast<int>(random() % 2000001u) - 1000000), -(trial % 24));
+    const int decimals = 1 + trial % 8;
+    char expected[80];
+    std::snprintf(expected, sizeof expected, "%#.*f", decimals, static_cast<double>(value));
+    ASSERT_EQ(FormatFixed(value, 70, decimals), FormatText(expected, 70)) << expected;
+    const int narrow = 4 + trial % 9;
+    std::string appended = "|";
+    AppendFixed(appended, value, narrow, decimals);
+    ASSERT_EQ(appended.substr(1), FormatFixed(value, narrow, decimals)) << expected << " in " << narrow;
+  }
   EXPECT_EQ(FormatFixed(0.125f, 12, 2), "        0.12") << "a tie goes to the even digit";
   EXPECT_EQ(FormatFixed(-0.0f, 12, 4), "     -0.0000");
 }

@@ -130,23 +130,8 @@ def code_value(c):
 
 
 def r_square_of_flagged(columns, y):
-    """R-square of least squares with an intercept, in float64; asserts the
-    determinant branch that leads there (variances by N - 1 on the
-    diagonal, covariances by N elsewhere)."""
-    if not columns:
-        return 0.0
-    n = len(y)
-    x = np.array([[code_value(c) for c in col] for col in columns], dtype=np.float64)
-    xc = x - x.mean(axis=1, keepdims=True)
-    c = xc @ xc.T / n
-    np.fill_diagonal(c, (xc * xc).sum(axis=1) / (n - 1))
-    assert abs(np.linalg.det(c)) > 0.0001, "the stepwise branch would be taken"
-    yv = np.array(y, dtype=np.float64)
-    design = np.column_stack([np.ones(n)] + list(x))
-    beta, *_ = np.linalg.lstsq(design, yv, rcond=None)
-    sse = float(((yv - design @ beta) ** 2).sum())
-    sst = float(((yv - yv.mean()) ** 2).sum())
-    return (sst - sse) / sst
+    """R-square of the flagged markers: columns of code letters."""
+    return r_square_of_columns([[code_value(c) for c in col] for col in columns], y)
 
 
 def place(trait, name, env, num_envs):
@@ -187,15 +172,7 @@ def marker_tables(trait, name, env, num_envs, kept_markers, marker_names, record
             if flag:
                 share = (vg * f32(100.0) / sum_vg) * f32(rsq)
                 share = f32(0.0) if np.isnan(share) or share < 0 else share
-                # The share carries the last bits of the least-squares
-                # R-square, which only single precision defines: the printed
-                # digits must not move within two units of its last place.
-                near = f32(rsq)
-                for _ in range(2):
-                    near = np.nextafter(near, f32(-1.0))
-                for _ in range(5):
-                    assert fixed((vg * f32(100.0) / sum_vg) * near) == fixed(share), "share %r at a rounding edge" % share
-                    near = np.nextafter(near, f32(2.0))
+                assert_stable_share(lambda q: (vg * f32(100.0) / sum_vg) * q, rsq)
                 shares.append(share)
                 selected.append(head + fixed(r["LOD"]) + fixed(share) + fixed(add) + fixed(m1) + fixed(m2))
     return full, selected, shares, rsq
@@ -255,6 +232,20 @@ def stepwise(columns, y, pin, pout):
     sst = float(((yv - yv.mean()) ** 2).sum())
     adj = 100.0 * (1.0 - (sse / (n - len(model) - 1)) / (sst / (n - 1)))
     return model, list(beta[1:]), float(beta[0]), max(adj, 0.0), margin
+
+
+def model_fit(slopes, kept, code):
+    """The fit of a model without its intercept at each kept line (1-based
+    line numbers): slopes maps a 0-based marker to its coefficient, in the
+    order of the terms; code(m, l) the regressor of marker m at line l
+    (0-based); terms added from 0.0 in float32."""
+    fit = []
+    for l in kept:
+        v = f32(0.0)
+        for m, slope in slopes.items():
+            v = v + slope * f32(code(m, l - 1))
+        fit.append(v)
+    return fit
 
 
 def column_covariance(x, y):
@@ -406,3 +397,160 @@ def stepwise32(columns, y, pin, pout):
     intercept = ybar - s
     adj = f32(0.0) if np.isnan(adj) else adj
     return terms, [coef[i] for i in terms], intercept, adj, margin
+
+
+def four_group_test(codes1, codes2, y):
+    """The four-group tests of a marker pair as stated: cells 1 .. 4 =
+    AA, AB, BA, BB, one log density per line, float32."""
+    with np.errstate(all="ignore"):
+        cell = [1 + 2 * (a == "B") + (b == "B") if a in "AB" and b in "AB" else 0 for a, b in zip(codes1, codes2)]
+        lines = [i for i, k in enumerate(cell) if k]
+        counts = [sum(1 for i in lines if cell[i] == k) for k in range(1, 5)]
+        total = sum(counts)
+
+        def add(terms):
+            s = f32(0.0)
+            for t in terms:
+                s = s + t
+            return s
+
+        m0 = add(y[i] for i in lines) / f32(total)
+        means = [add(y[i] for i in lines if cell[i] == k) / f32(counts[k - 1]) for k in range(1, 5)]
+        freqs = [f32(c) / f32(total) for c in counts]
+        mean, add1, add2, _ = pair_effects(means)
+        e = [None, mean + add1 + add2, mean + add1 - add2, mean - add1 + add2, mean - add1 - add2]
+        divisor = f32(total - 1)
+        v0 = add((y[i] - m0) * (y[i] - m0) for i in lines) / divisor
+        v1 = add((y[i] - means[cell[i] - 1]) * (y[i] - means[cell[i] - 1]) for i in lines) / divisor
+        v2 = add((y[i] - e[cell[i]]) * (y[i] - e[cell[i]]) for i in lines) / divisor
+        l0 = add(log_density10(y[i], m0, v0) for i in lines)
+        l1 = add(log_density10(y[i], means[cell[i] - 1], v1) for i in lines)
+        l2 = add(log_density10(y[i], e[cell[i]], v2) for i in lines)
+        lod_aa, lod_total = l1 - l2, l1 - l0
+        lod_aa = f32(0.0) if lod_aa < 0 else lod_aa
+        lod_total = f32(0.0) if lod_total < 0 else lod_total
+        if lod_aa > lod_total:
+            lod_aa = lod_total
+        return {"LOD": (lod_aa, lod_total), "Mean": tuple(means), "Freq": tuple(freqs)}
+
+
+def pair_effects(means):
+    """mean, add1, add2, addbyadd: sums from 0.0 of +-0.25 m, 0.0 when NaN."""
+    out = []
+    with np.errstate(all="ignore"):
+        for weights in ((1, 1, 1, 1), (1, 1, -1, -1), (1, -1, 1, -1), (1, -1, -1, 1)):
+            s = f32(0.0)
+            for w, m in zip(weights, means):
+                s = s + f32(0.25 * w) * m
+            out.append(f32(0.0) if np.isnan(s) else s)
+    return out
+
+
+def two_way_variance(r, c, freqs, means):
+    """VT, V1, V2, V12 of an r x c table given row by row, float32."""
+    with np.errstate(all="ignore"):
+        def add(terms):
+            s = f32(0.0)
+            for t in terms:
+                s = s + t
+            return s
+
+        at = lambda a, b: a * c + b
+        total = add(freqs)
+        p = [f / total for f in freqs]
+        mu = add(p[k] * means[k] for k in range(r * c))
+        rows = [add(p[at(a, b)] for b in range(c)) for a in range(r)]
+        cols = [add(p[at(a, b)] for a in range(r)) for b in range(c)]
+        row_effect = [add(cols[b] * means[at(a, b)] for b in range(c)) - mu for a in range(r)]
+        col_effect = [add(rows[a] * means[at(a, b)] for a in range(r)) - mu for b in range(c)]
+        inter = [means[at(a, b)] - row_effect[a] - col_effect[b] - mu for a in range(r) for b in range(c)]
+        vt = add(p[k] * (means[k] * means[k]) for k in range(r * c)) - mu * mu
+
+        def spread(w, x):
+            first = add(wi * xi for wi, xi in zip(w, x))
+            return add(wi * (xi * xi) for wi, xi in zip(w, x)) - first * first
+
+        v1, v2, v12 = spread(rows, row_effect), spread(cols, col_effect), spread(p, inter)
+        scale = vt / (v1 + v2 + v12)
+        v1, v2, v12 = v1 * scale, v2 * scale, v12 * scale
+        vt = v1 + v2 + v12
+        return tuple(f32(0.0) if np.isnan(v) else v for v in (vt, v1, v2, v12))
+
+
+def pair_tables(trait, name, env, num_envs, kept_markers, marker_names, records, var_p, threshold, rows_codes, y):
+    """Rows of .rice and .qice of one pass; records in table order, each
+    with its 0-based marker indices as "Pair"."""
+    flagged = [not has_nan_pair(r) and r["LOD"][0] > f32(threshold) for r in records]
+    sum_vg = f32(0.0)
+    for r, flag in zip(records, flagged):
+        if flag:
+            sum_vg = sum_vg + two_way_variance(2, 2, r["Freq"], r["Mean"])[0]
+    pairs = [r["Pair"] for r, flag in zip(records, flagged) if flag]
+    columns = ([[code_value(c) for c in rows_codes[i]] for i, _ in pairs] +
+               [[code_value(c) for c in rows_codes[j]] for _, j in pairs] +
+               [[code_value(a) * code_value(b) for a, b in zip(rows_codes[i], rows_codes[j])] for i, j in pairs])
+    rsq = r_square_of_columns(columns, y)
+    full, selected, shares = [], [], []
+    with np.errstate(all="ignore"):
+        for r, flag in zip(records, flagged):
+            if has_nan_pair(r):
+                continue
+            i, j = r["Pair"]
+            head = place(trait, name, env, num_envs)
+            for m in (i, j):
+                head += "%12d" % kept_markers[m] + " " + marker_names[kept_markers[m] - 1].rjust(35)
+            _, add1, add2, aa = pair_effects(r["Mean"])
+            vt, _, _, v12 = two_way_variance(2, 2, r["Freq"], r["Mean"])
+            tail = "".join(fixed(v) for v in (add1, add2, aa) + r["Mean"])
+            share = lambda v, base, scale=None: clip_share((f32(100.0) * v) / base if scale is None else
+                                                          ((f32(100.0) * v) / base) * f32(scale))
+            full.append(head + fixed(r["LOD"][0]) + fixed(r["LOD"][1]) + fixed(share(v12, f32(var_p))) +
+                        fixed(share(vt, f32(var_p))) + tail)
+            if flag:
+                pve_aa, pve_total = share(v12, sum_vg, rsq), share(vt, sum_vg, rsq)
+                assert_stable_share(lambda q: ((f32(100.0) * v12) / sum_vg) * q, rsq)
+                assert_stable_share(lambda q: ((f32(100.0) * vt) / sum_vg) * q, rsq)
+                shares.append(pve_total)
+                selected.append(head + fixed(r["LOD"][0]) + fixed(r["LOD"][1]) + fixed(pve_aa) + fixed(pve_total) +
+                                tail)
+    return full, selected, shares, rsq
+
+
+def assert_stable_share(share_of, rsq):
+    """A share carries the last bits of the least-squares R-square, which
+    only single precision defines: the printed digits must not move within
+    two units of its last place."""
+    near = f32(rsq)
+    for _ in range(2):
+        near = np.nextafter(near, f32(-1.0))
+    want = fixed(clip_share(share_of(f32(rsq))))
+    for _ in range(5):
+        assert fixed(clip_share(share_of(near))) == want, "share %s at a rounding edge" % want
+        near = np.nextafter(near, f32(2.0))
+
+
+def clip_share(v):
+    return f32(0.0) if np.isnan(v) or v < 0 else v
+
+
+def has_nan_pair(record):
+    return any(np.isnan(v) for v in record["LOD"] + record["Mean"] + record["Freq"])
+
+
+def r_square_of_columns(columns, y):
+    """R-square of least squares with an intercept on numeric columns, in
+    float64, asserting the determinant branch as r_square_of_flagged does."""
+    if not columns:
+        return 0.0
+    n = len(y)
+    x = np.array(columns, dtype=np.float64)
+    xc = x - x.mean(axis=1, keepdims=True)
+    c = xc @ xc.T / n
+    np.fill_diagonal(c, (xc * xc).sum(axis=1) / (n - 1))
+    assert abs(np.linalg.det(c)) > 0.0001, "the stepwise branch would be taken"
+    yv = np.array(y, dtype=np.float64)
+    design = np.column_stack([np.ones(n)] + list(x))
+    beta, *_ = np.linalg.lstsq(design, yv, rcond=None)
+    sse = float(((yv - design @ beta) ** 2).sum())
+    sst = float(((yv - yv.mean()) ** 2).sum())
+    return (sst - sse) / sst

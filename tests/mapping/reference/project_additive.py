@@ -80,12 +80,7 @@ for t, name in enumerate(["Yield", "Noise"]):
         # The fit of the model, then each marker on the residual with its
         # own term put back.
         b = dict(zip(model, slopes))
-        fit = []
-        for i, l in enumerate(kept):
-            v = f32(0.0)
-            for m in model:
-                v = v + b[m] * f32(code(m, l - 1))
-            fit.append(v)
+        fit = ref.model_fit(b, kept, code)
         base = [y[i] - fit[i] for i in range(len(kept))]
         additive = []
         for m in range(M):
