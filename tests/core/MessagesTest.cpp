@@ -60,7 +60,7 @@ TEST(Messages, CodesWithoutTextWriteNothing) {
 }
 
 TEST(Messages, AReportGoesToTheLogFirstThenToTheConsole) {
-  const std::string path = testing::TempDir() + "/messages.log";
+  const std::string path = testing_support::ScratchPath("messages").string();
   ASSERT_TRUE(LogFile().Create(path));
   testing::internal::CaptureStdout();
   ReportInput(2002, 3);
@@ -69,6 +69,7 @@ TEST(Messages, AReportGoesToTheLogFirstThenToTheConsole) {
   const std::string log = testing_support::ReadWholeFile(path);
   EXPECT_EQ(log, "--Error2002: Indicator=3 out of range [1:2]!\n");
   EXPECT_EQ(console, log);
+  std::filesystem::remove(path);
 }
 
 }  // namespace

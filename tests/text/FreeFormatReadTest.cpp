@@ -7,6 +7,8 @@
 #include <fstream>
 #include <string>
 
+#include "support/ScratchFile.h"
+
 namespace tov {
 namespace {
 
@@ -15,10 +17,11 @@ namespace {
 class Reader : public testing::Test {
  protected:
   void Load(const std::string& text) {
-    const std::string path = testing::TempDir() + "/free_format_read.txt";
     std::ofstream(path, std::ios::binary) << text;
     ASSERT_TRUE(input.Open(path));
   }
+  void TearDown() override { std::filesystem::remove(path); }
+  const std::string path = testing_support::ScratchPath("free-format").string();
   TextInput input;
 };
 

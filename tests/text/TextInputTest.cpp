@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string>
 
+#include "support/ScratchFile.h"
 #include "text/FreeFormatRead.h"
 
 namespace tov {
@@ -13,7 +14,6 @@ namespace {
 class Lines : public testing::Test {
  protected:
   void Load(const std::string& text) {
-    const std::string path = testing::TempDir() + "/text_input.txt";
     std::ofstream(path, std::ios::binary) << text;
     ASSERT_TRUE(input.Open(path));
   }
@@ -22,6 +22,8 @@ class Lines : public testing::Test {
     FreeFormatRead read(input);
     return read.Text(item, 8) && read.Finish() ? std::string(item) : "<failed>";
   }
+  void TearDown() override { std::filesystem::remove(path); }
+  const std::string path = testing_support::ScratchPath("text-input").string();
   TextInput input;
 };
 
