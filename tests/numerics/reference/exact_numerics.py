@@ -30,6 +30,13 @@ def is_missing(v):
     return np.isnan(v) or abs(v - MISSING) < f32(0.0001)
 
 
+def total(values):  # from 0.0 in order
+    s = f32(0.0)
+    for v in values:
+        s = s + v
+    return s
+
+
 def divide(a, b):  # the guarded quotient of finite, well-scaled values
     return NAN if np.isnan(a) or np.isnan(b) else a / b
 
@@ -42,16 +49,13 @@ with np.errstate(all="ignore"):
             x[i] = MISSING
         y[5] = y[77] = f32("nan")
         vx = [v for v in x if not is_missing(v)]
-        sx = sxx = f32(0.0)
-        for v in vx:
-            sx, sxx = sx + v, sxx + v * v
+        sx, sxx = total(vx), total(v * v for v in vx)
         m = f32(len(vx))
         mean = sx / m
         variance = ((sxx / m - mean * mean) * m) / f32(len(vx) - 1)
         pairs = [(a, b) for a, b in zip(x, y) if not is_missing(a) and not is_missing(b)]
-        px = py = pxx = pyy = pxy = f32(0.0)
-        for a, b in pairs:
-            px, py, pxx, pyy, pxy = px + a, py + b, pxx + a * a, pyy + b * b, pxy + a * b
+        px, py, pxx = total(a for a, _ in pairs), total(b for _, b in pairs), total(a * a for a, _ in pairs)
+        pyy, pxy = total(b * b for _, b in pairs), total(a * b for a, b in pairs)
         k = f32(len(pairs))
         cov = pxy / k - (px / k) * (py / k)
         corr = cov / np.sqrt(((pxx / k) - (px / k) * (px / k)) * ((pyy / k) - (py / k) * (py / k)))
@@ -97,21 +101,11 @@ with np.errstate(all="ignore"):
     for k in ni:
         groups.append(y[start:start + k])
         start += k
-    grand, means = f32(0.0), []
-    for g in groups:
-        s = f32(0.0)
-        for v in g:
-            s = s + v
-        means.append(s / f32(len(g)))
-        grand = grand + s
-    mean = grand / f32(len(y))
-    ssm = sse = f32(0.0)
-    for g, gm in zip(groups, means):
-        ssm = ssm + f32(len(g)) * ((gm - mean) * (gm - mean))
-        within = f32(0.0)
-        for v in g:
-            within = within + (v - gm) * (v - gm)
-        sse = sse + within
+    sums = [total(g) for g in groups]
+    means = [s / f32(len(g)) for s, g in zip(sums, groups)]
+    mean = total(sums) / f32(len(y))
+    ssm = total(f32(len(g)) * ((gm - mean) * (gm - mean)) for g, gm in zip(groups, means))
+    sse = total(total((v - gm) * (v - gm) for v in g) for g, gm in zip(groups, means))
     dfr = f32(len(ni) - 1)
     table = aov(dfr, ssm, f32(len(y) - 1) - dfr, sse, mean)
     out.case("aonew", ni=ni, y=y, aov=table, p=[f_probability(table[8], table[0], table[1])])
@@ -124,19 +118,13 @@ with np.errstate(all="ignore"):
     row, col, grand = [f32(0)] * na, [f32(0)] * nb, f32(0)
     for a in range(na):
         for b in range(nb):
-            s = f32(0)
-            for r in range(nr):
-                s = s + at(a, b, r)
+            s = total(at(a, b, r) for r in range(nr))
             cell[a][b] = s / f32(nr)
             row[a], col[b], grand = row[a] + s, col[b] + s, grand + s
     row = [v / f32(nb * nr) for v in row]
     col = [v / f32(na * nr) for v in col]
     gm = grand / f32(na * nb * nr)
-    sa = sb = sab = sse = f32(0)
-    for v in row:
-        sa = sa + (v - gm) * (v - gm)
-    for v in col:
-        sb = sb + (v - gm) * (v - gm)
+    sa, sb, sab, sse = total((v - gm) * (v - gm) for v in row), total((v - gm) * (v - gm) for v in col), f32(0), f32(0)
     for a in range(na):
         for b in range(nb):
             i = cell[a][b] - row[a] - col[b] + gm
