@@ -29,7 +29,7 @@ std::vector<float> Elements(const FixedArray<float, N>& a) {
 
 void ExpectProbabilities(const std::vector<float>& actual, const std::vector<float>& expected) {
   ASSERT_EQ(actual.size(), expected.size());
-  for (std::size_t i = 0; i < actual.size(); ++i) EXPECT_NEAR(actual[i], expected[i], 4e-6 * expected[i] + 2e-7) << i;
+  for (std::size_t i = 0; i < actual.size(); ++i) EXPECT_NEAR(actual[i], expected[i], 1e-5 * expected[i] + 2e-7) << i;
 }
 
 TEST(ExactBits, ColumnStatistics) {
@@ -62,16 +62,18 @@ TEST(ExactBits, AnalysesOfVariance) {
   ExpectSameBits(Elements(aov), one.Floats("aov"), "AONEW");
   ExpectProbabilities(p, one.Floats("p"));
 
-  const auto& two = Cases.at("anway");
-  TwoWayEffects effects;
-  ASSERT_TRUE(ANWAY(two.Ints("nl").data(), two.Floats("y").data(), aov, effects));
-  p = {aov(10), effects.A.P, effects.B.P, effects.AxB.P};
-  aov(10) = NAN;
-  ExpectSameBits(Elements(aov), two.Floats("aov"), "ANWAY");
-  std::vector<float> table;
-  for (const AnovaEffect& e : {effects.A, effects.B, effects.AxB}) table.insert(table.end(), {e.DF, e.SS, e.F});
-  ExpectSameBits(table, two.Floats("effects"), "ANWAY effects");
-  ExpectProbabilities(p, two.Floats("p"));
+  for (const char* name : {"anway", "anway_small"}) {
+    const auto& two = Cases.at(name);
+    TwoWayEffects effects;
+    ASSERT_TRUE(ANWAY(two.Ints("nl").data(), two.Floats("y").data(), aov, effects));
+    p = {aov(10), effects.A.P, effects.B.P, effects.AxB.P};
+    aov(10) = NAN;
+    ExpectSameBits(Elements(aov), two.Floats("aov"), name);
+    std::vector<float> table;
+    for (const AnovaEffect& e : {effects.A, effects.B, effects.AxB}) table.insert(table.end(), {e.DF, e.SS, e.F});
+    ExpectSameBits(table, two.Floats("effects"), name);
+    ExpectProbabilities(p, two.Floats("p"));
+  }
 }
 
 TEST(ExactBits, TDFAtItsSwitchOvers) {

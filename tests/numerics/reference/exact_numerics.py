@@ -110,36 +110,39 @@ with np.errstate(all="ignore"):
     table = aov(dfr, ssm, f32(len(y) - 1) - dfr, sse, mean)
     out.case("aonew", ni=ni, y=y, aov=table, p=[f_probability(table[8], table[0], table[1])])
 
-    # Two-way analysis: levels A, B, replications; the last subscript fastest.
-    na, nb, nr = 40, 3, 4
-    y = decimals(na * nb * nr, 81.7, 5.0)
-    at = lambda a, b, r: y[(a * nb + b) * nr + r]
-    cell = [[f32(0)] * nb for _ in range(na)]
-    row, col, grand = [f32(0)] * na, [f32(0)] * nb, f32(0)
-    for a in range(na):
-        for b in range(nb):
-            s = total(at(a, b, r) for r in range(nr))
-            cell[a][b] = s / f32(nr)
-            row[a], col[b], grand = row[a] + s, col[b] + s, grand + s
-    row = [v / f32(nb * nr) for v in row]
-    col = [v / f32(na * nr) for v in col]
-    gm = grand / f32(na * nb * nr)
-    sa, sb, sab, sse = total((v - gm) * (v - gm) for v in row), total((v - gm) * (v - gm) for v in col), f32(0), f32(0)
-    for a in range(na):
-        for b in range(nb):
-            i = cell[a][b] - row[a] - col[b] + gm
-            sab = sab + i * i
-            for r in range(nr):
-                sse = sse + (at(a, b, r) - cell[a][b]) * (at(a, b, r) - cell[a][b])
-    ssa, ssb, ssab = f32(nb * nr) * sa, f32(na * nr) * sb, f32(nr) * sab
-    dfa, dfb = f32(na - 1), f32(nb - 1)
-    table = aov(f32(na * nb - 1), ssa + ssb + ssab, f32(na * nb * (nr - 1)), sse, gm)
-    effects, p = [], [f_probability(table[8], table[0], table[1])]
-    for df, ss in ((dfa, ssa), (dfb, ssb), (dfa * dfb, ssab)):
-        f = divide(divide(ss, df), table[7])
-        effects += [df, ss, f]
-        p.append(f_probability(f, df, table[1]))
-    out.case("anway", nl=[na, nb, nr], y=y, aov=table, effects=effects, p=p)
+    # Two-way analyses: levels A, B, replications, the last subscript
+    # fastest; the small one has values of mixed signs and few cells, so
+    # that the order of the subtractions shows in the interaction.
+    for name, na, nb, nr, centre in (("anway", 40, 3, 4, 81.7), ("anway_small", 3, 2, 2, 0.3)):
+        y = decimals(na * nb * nr, centre, 5.0)
+        at = lambda a, b, r: y[(a * nb + b) * nr + r]
+        cell = [[f32(0)] * nb for _ in range(na)]
+        row, col, grand = [f32(0)] * na, [f32(0)] * nb, f32(0)
+        for a in range(na):
+            for b in range(nb):
+                s = total(at(a, b, r) for r in range(nr))
+                cell[a][b] = s / f32(nr)
+                row[a], col[b], grand = row[a] + s, col[b] + s, grand + s
+        row = [v / f32(nb * nr) for v in row]
+        col = [v / f32(na * nr) for v in col]
+        gm = grand / f32(na * nb * nr)
+        sa, sb = total((v - gm) * (v - gm) for v in row), total((v - gm) * (v - gm) for v in col)
+        sab = sse = f32(0)
+        for a in range(na):
+            for b in range(nb):
+                i = cell[a][b] - row[a] - col[b] + gm
+                sab = sab + i * i
+                for r in range(nr):
+                    sse = sse + (at(a, b, r) - cell[a][b]) * (at(a, b, r) - cell[a][b])
+        ssa, ssb, ssab = f32(nb * nr) * sa, f32(na * nr) * sb, f32(nr) * sab
+        dfa, dfb = f32(na - 1), f32(nb - 1)
+        table = aov(f32(na * nb - 1), ssa + ssb + ssab, f32(na * nb * (nr - 1)), sse, gm)
+        effects, p = [], [f_probability(table[8], table[0], table[1])]
+        for df, ss in ((dfa, ssa), (dfb, ssb), (dfa * dfb, ssab)):
+            f = divide(divide(ss, df), table[7])
+            effects += [df, ss, f]
+            p.append(f_probability(f, df, table[1]))
+        out.case(name, nl=[na, nb, nr], y=y, aov=table, effects=effects, p=p)
 
     # TDF at the switch-overs: df = t2 (incomplete beta), whole df 19 / 20,
     # t2 just below and at 4.0; the series branches are pinned bit for bit.
