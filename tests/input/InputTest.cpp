@@ -101,9 +101,10 @@ TEST_F(Input, GenotypeTokensRowsAndNames) {
   }
   EXPECT_TRUE(Logged("--Error2201: cannot read MarkerType! MarkerID=1"));
   Array<std::string, 1> names(5);
-  const std::string given[][5] = {{"P", "Q", "R", "Q", "P"}, {"S", "T", "S", "S", "T"}, {"a", "b", "c", "d", "e"}};
-  const NamePair expected[] = {{4, 2}, {3, 1}, {0, 0}};
-  for (int k = 0; k < 3; ++k) {
+  const std::string given[][5] = {
+      {"P", "Q", "R", "Q", "P"}, {"S", "T", "S", "S", "T"}, {"a", "b", "c", "d", "e"}, {"a", "b", "c", "d", "d"}};
+  const NamePair expected[] = {{4, 2}, {3, 1}, {0, 0}, {5, 4}};  // the last: a pair placed last
+  for (int k = 0; k < 4; ++k) {
     for (int i = 1; i <= 5; ++i) names(i) = given[k][i - 1];
     EXPECT_EQ(CheckDuplicateNames(names).Later, expected[k].Later) << k;
     EXPECT_EQ(CheckDuplicateNames(names).Earlier, expected[k].Earlier) << k;
