@@ -97,7 +97,9 @@ TEST_F(Input, GenotypeTokensRowsAndNames) {
     std::int32_t status = 0;
     ReadGenotypes(Open(c.Text), c.Markers, c.Lines, category, name, type, status);
     EXPECT_EQ(status, c.Status) << c.Text;
-    if (status == 0) EXPECT_EQ(std::string(type.Data(), type.Size()), c.Codes) << c.Text;
+    if (status == 0) {
+      EXPECT_EQ(std::string(type.Data(), type.Size()), c.Codes) << c.Text;
+    }
   }
   EXPECT_TRUE(Logged("--Error2201: cannot read MarkerType! MarkerID=1"));
   Array<std::string, 1> names(5);
@@ -157,7 +159,9 @@ TEST_F(Input, PhenotypeValuesAndMissingTokens) {
     ClearPhenotypeMissingTokens();
     const std::vector<float> values = Phenotypes(Open(c.Text), c.Lines, status, c.Reps);
     EXPECT_EQ(status, c.Status) << c.Text;
-    if (status == 0) EXPECT_EQ(values, c.Values) << c.Text;
+    if (status == 0) {
+      EXPECT_EQ(values, c.Values) << c.Text;
+    }
   }
   EXPECT_TRUE(Logged("--Error2407: Individual or line = 2; invalid phenotype =                     "));
   std::int32_t status = 0;

@@ -27,7 +27,8 @@ struct Genotypes {
       : names(static_cast<int>(rows.size())),
         markerType(static_cast<int>(rows.size()), static_cast<int>(rows[0].size())) {
     for (std::size_t m = 0; m < rows.size(); ++m) {
-      names(m + 1) = "M" + std::to_string(m + 1);
+      names(m + 1) = std::to_string(m + 1);
+      names(m + 1).insert(names(m + 1).begin(), 'M');
       for (std::size_t l = 0; l < rows[m].size(); ++l) markerType(m + 1, l + 1) = rows[m][l];
     }
     columns = MarkerColumns(markerType);

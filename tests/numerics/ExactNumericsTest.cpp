@@ -33,7 +33,7 @@ void ExpectProbabilities(const std::vector<float>& actual, const std::vector<flo
 }
 
 TEST(ExactBits, ColumnStatistics) {
-  for (const char* name : {"column_small", "column_large"}) {
+  for (const char* name : {"column_small", "column_large", "column_few", "column_chain"}) {
     const auto& c = Cases.at(name);
     const std::vector<float> x = c.Floats("x"), y = c.Floats("y");
     const int n = static_cast<int>(x.size());

@@ -43,11 +43,18 @@ def divide(a, b):  # the guarded quotient of finite, well-scaled values
 
 with np.errstate(all="ignore"):
     # Column statistics: sums of x, x*x, y, x*y over the valid pairs.
-    for name, centre in (("small", 0.3), ("large", 1234.5)):
-        x, y = decimals(300, centre, 2.0), decimals(300, -centre, 3.0)
-        for i in range(7, 300, 41):
+    def chain_shows(n):  # ((S/M - mean^2) M) / (M - 1) differs from its regrouping
+        x = decimals(n, 3.3, 2.0)
+        m, mean = f32(n), total(x) / f32(n)
+        p = total(v * v for v in x) / m - mean * mean
+        return x if (p * m) / f32(n - 1) != p * (m / f32(n - 1)) else None
+
+    chain = next(x for x in map(chain_shows, range(40, 400)) if x is not None)
+    for name, n, centre in (("small", 300, 0.3), ("large", 300, 1234.5), ("few", 31, -7.7), ("chain", len(chain), 0)):
+        x, y = (decimals(n, centre, 2.0) if name != "chain" else list(chain)), decimals(n, -centre, 3.0)
+        for i in range(7, n, 41) if name != "chain" else ():
             x[i] = MISSING
-        y[5] = y[77] = f32("nan")
+        y[5] = y[n // 2] = f32("nan")
         vx = [v for v in x if not is_missing(v)]
         sx, sxx = total(vx), total(v * v for v in vx)
         m = f32(len(vx))
