@@ -33,9 +33,8 @@ inline std::filesystem::path ScratchPath(const std::string& tag) {
          ("tov-" + tag + "-" + test + "-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
 }
 
-// A file in the temporary directory, open for writing from the start and
-// removed at the end of the test.  The process id keeps parallel test
-// processes apart.
+// A file at a ScratchPath, open for writing from the start and removed at
+// the end of the test.
 class ScratchFile {
  public:
   explicit ScratchFile(const std::string& tag)
