@@ -73,7 +73,7 @@ TEST_F(Run, OutputFilesFollowTheSettings) {
     OpenOutputFiles(run);
     CloseOutputFiles(run);
     std::string made;
-    for (const auto& name : Files()) made += (made.empty() ? "" : " ") + name.substr(8);
+    for (const auto& name : Files()) made.append(made.empty() ? "" : " ").append(name, 8);
     EXPECT_EQ(made, c.Extensions);
   }
   const struct {
