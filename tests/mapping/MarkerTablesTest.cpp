@@ -1,6 +1,5 @@
-// Rows of the marker tables where the shares of variance cannot be formed.
-// The expected lines were formatted by reference/marker_tables.py from
-// values worked out by hand here.
+// Rows of the marker tables where the shares of variance cannot be formed,
+// from values worked out by hand here.
 
 #include "mapping/MarkerTables.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 // Files the tests write through the system's own output unit and read back.
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -21,13 +22,23 @@ inline std::string ReadWholeFile(const std::string& path) {
   return text.str();
 }
 
-// A file in the temporary directory, open for writing from the start and
-// removed at the end of the test.  The process id keeps parallel test
-// processes apart.
+// A path in the temporary directory that no other test, test process or
+// test run uses: the tag, the running test's name, the process id and a
+// counter within the process.
+inline std::filesystem::path ScratchPath(const std::string& tag) {
+  static int counter = 0;
+  const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+  const std::string test = info ? std::string(info->test_suite_name()) + "." + info->name() : "none";
+  return std::filesystem::temp_directory_path() /
+         ("tov-" + tag + "-" + test + "-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
+}
+
+// A file at a ScratchPath, open for writing from the start and removed at
+// the end of the test.
 class ScratchFile {
  public:
   explicit ScratchFile(const std::string& tag)
-      : path_(std::filesystem::temp_directory_path() / ("tov-" + tag + "-" + std::to_string(::getpid()))) {
+      : path_(ScratchPath(tag)) {
     unit_.Create(path_.string());
   }
   ~ScratchFile() { std::filesystem::remove(path_); }

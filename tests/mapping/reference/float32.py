@@ -35,3 +35,11 @@ def hexfloat(x):
 
 def bits(x):
     return struct.unpack("<I", struct.pack("<f", float(f32(x))))[0]
+
+
+def libm_float(name, arity=1):
+    """The C library's float function of that name, on float32 values."""
+    function = getattr(_libm, name)
+    function.restype = ctypes.c_float
+    function.argtypes = [ctypes.c_float] * arity
+    return lambda *args: f32(function(*(float(f32(a)) for a in args)))

@@ -1,97 +1,165 @@
-#include "numerics/random/Random.h"
+// The process stream and what draws from it, against an independent
+// python3 model: states s = 16807 s mod (2^31 - 1) in exact integers,
+// u = float32(s * scale) with the scale 2^-31 - 2^-55, the normal method
+// in numpy.float32, and the shuffle, reservoir and positions in float32.
+// The end state after each call counts the uniforms it drew.
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
+#include <vector>
+
+#include "numerics/random/Random.h"
+#include "numerics/random/ReservoirSample.h"
+#include "support/RaisedMessages.h"
 
 namespace tov {
 namespace {
 
-// States and uniforms computed with python3 in exact integer arithmetic:
-// s = 16807 s mod (2^31 - 1), u = numpy.float32(s * scale) with the scale
-// 2^-31 - 2^-55 (float bits 0x2FFFFFFF) as a double.
-struct Step {
-  std::int32_t state;
-  float uniform;
-};
-
-void ExpectStream(std::int32_t seed, const Step (&steps)[5]) {
-  StartStreamForTesting(seed);
-  for (const Step& step : steps) {
-    EXPECT_EQ(UniformDraw(), step.uniform);
-    EXPECT_EQ(StreamStateForTesting(), step.state);
+TEST(Random, UniformStreamFromItsSeed) {
+  const struct {
+    std::int32_t Seed, State;
+    float Uniform;
+  } steps[] = {{1, 16807, 0x1.069bfep-17f},           {16807, 282475249, 0x1.0d63aep-3f},
+               {123457, 2074941799, 0x1.eeb464p-1f},  {739806647, 2147483646, 1.0f - 0x1p-24f},
+               {1407677000, 1, 0x1.fffffep-32f}};
+  for (const auto& s : steps) {
+    StartStreamForTesting(s.Seed);
+    EXPECT_EQ(UniformDraw(), s.Uniform) << s.Seed;
+    EXPECT_EQ(StreamStateForTesting(), s.State) << s.Seed;
   }
-}
-
-TEST(UniformDraw, FollowsTheRecurrenceFromSeedOne) {
-  const Step steps[] = {{16807, 0x1.069bfep-17f},
-                        {282475249, 0x1.0d63aep-3f},
-                        {1622650073, 0x1.82deb2p-1f},
-                        {984943658, 0x1.d5a86p-2f},
-                        {1144108930, 0x1.10c6dcp-1f}};
-  ExpectStream(1, steps);
-}
-
-TEST(UniformDraw, FollowsTheRecurrenceFromTheFallbackSeed) {
-  const Step steps[] = {{2074941799, 0x1.eeb464p-1f},
-                        {559872160, 0x1.0af7c4p-2f},
-                        {1645535613, 0x1.885384p-1f},
-                        {1222641625, 0x1.23801ep-1f},
-                        {1814256879, 0x1.b08d72p-1f}};
-  ExpectStream(123457, steps);
-}
-
-TEST(UniformDraw, ExtremeStatesStayInsideTheOpenInterval) {
-  // 739806647 * 16807 = 2147483646 mod (2^31 - 1): the largest state.
-  StartStreamForTesting(739806647);
-  EXPECT_EQ(UniformDraw(), 1.0f - 0x1p-24f);
-  EXPECT_EQ(StreamStateForTesting(), 2147483646);
-  // 1407677000 * 16807 = 1 mod (2^31 - 1): the smallest state.
-  StartStreamForTesting(1407677000);
-  EXPECT_EQ(UniformDraw(), 0x1.fffffep-32f);
-  EXPECT_EQ(StreamStateForTesting(), 1);
-}
-
-TEST(RNUN, IsTheSameSequenceAsSuccessiveDraws) {
   StartStreamForTesting(987654321);
-  float expected[7];
+  float r[7], expected[7];
   for (float& u : expected) u = UniformDraw();
-  const std::int32_t after = StreamStateForTesting();
   StartStreamForTesting(987654321);
-  float r[7];
   RNUN(7, r);
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(r[i], expected[i]) << i;
-  EXPECT_EQ(StreamStateForTesting(), after);
-}
-
-TEST(SeedFromClock, TimeOfDayAsANumberPlusOne) {
+  EXPECT_EQ(std::vector<float>(r, r + 7), std::vector<float>(expected, expected + 7));
   EXPECT_EQ(SeedFromClock(23, 59, 59), 235960);
   EXPECT_EQ(SeedFromClock(7, 5, 9), 70510);
-  EXPECT_EQ(SeedFromClock(0, 0, 1), 2);
-  // Midnight would give 1, which the fallback replaces.
-  EXPECT_EQ(SeedFromClock(0, 0, 0), 123457);
+  EXPECT_EQ(SeedFromClock(0, 0, 0), 123457) << "midnight would give 1";
 }
 
-// Run in a fresh process, where the stream has not started: the first draw
-// must come from the seed of the current local time.
+// In a fresh process the stream has not started: the first draw must come
+// from the seed of the local time (the state stepped back by the inverse
+// of 16807 modulo 2^31 - 1).
 void CheckFirstDrawStartsFromTheClock() {
   const std::time_t before = std::time(nullptr);
   UniformDraw();
   const std::time_t after = std::time(nullptr);
-  // Step the state back by the inverse of 16807 modulo 2^31 - 1 (1407677000).
   const std::int64_t seed = static_cast<std::int64_t>(StreamStateForTesting()) * 1407677000 % 2147483647;
-  for (std::time_t t = before; t <= after; ++t) {
+  // time() may read a coarse clock that lags the precise one by a tick.
+  for (std::time_t t = before; t <= after + 1; ++t) {
     const std::tm* local = std::localtime(&t);
     if (seed == SeedFromClock(local->tm_hour, local->tm_min, local->tm_sec)) std::exit(0);
   }
   std::exit(1);
 }
 
-TEST(UniformDraw, FirstDrawOfTheProcessStartsFromTheClock) {
+TEST(Random, FirstDrawOfTheProcessStartsFromTheClock) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(CheckFirstDrawStartsFromTheClock(), ::testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(CheckFirstDrawStartsFromTheClock(), testing::ExitedWithCode(0), "");
+}
+
+TEST(Random, NormalDeviates) {
+  // Seed 13 reaches every region within 24 deviates (57 uniforms); seed 19
+  // has a negative candidate in the last region that starts a round again.
+  const struct {
+    std::int32_t Seed, EndState;
+    std::vector<float> Deviates;
+  } cases[] = {
+      {13, 697343730, {-0.6424148082733154f, 1.9794185161590576f, -1.1558129787445068f, 1.6937378644943237f,
+                       0.3464471399784088f, 1.448461651802063f, 0.4506842792034149f, -0.42013120651245117f,
+                       4.719663619995117f, 0.34811532497406006f, -0.056225258857011795f, -0.07802388072013855f,
+                       0.23444463312625885f, -0.1978217512369156f, 0.1929074227809906f, 1.659238338470459f,
+                       0.027466101571917534f, 0.5317458510398865f, 1.055400013923645f, -0.5758464932441711f,
+                       0.6428158283233643f, -2.1585872173309326f, 0.7079689502716064f, -1.0838565826416016f}},
+      {19, 33868106, {-1.1093780994415283f, 0.2606106102466583f, -1.5537163019180298f, -0.30909112095832825f,
+                      1.7089941501617432f, -0.5345575213432312f}},
+  };
+  for (const auto& c : cases) {
+    std::vector<float> r(c.Deviates.size());
+    StartStreamForTesting(c.Seed);
+    RNNOA(static_cast<int>(r.size()), r.data());
+    for (std::size_t i = 0; i < r.size(); ++i) EXPECT_FLOAT_EQ(r[i], c.Deviates[i]) << c.Seed << " " << i;
+    EXPECT_EQ(StreamStateForTesting(), c.EndState);
+  }
+  std::vector<float> many(1000000);
+  StartStreamForTesting(123457);
+  RNNOA(1000000, many.data());
+  EXPECT_EQ(StreamStateForTesting(), 1829062073) << "every acceptance of a million deviates: 2161010 uniforms";
+}
+
+TEST(Random, PermutationsAndSamples) {
+  // Seed 671875339 gives 2u + 1 = 3 - 2^-23, which rounds to 3.0: j is not
+  // clamped to i; seed 739806647 draws j = K + 1, past the array, which is
+  // not written.
+  const struct {
+    std::int32_t Seed, EndState;
+    std::vector<int> Permutation;
+  } cases[] = {{1, 984943658, {2, 4, 3, 5, 1}},
+               {123457, 1924951450, {5, 9, 2, 8, 1, 6, 4, 7, 3, 10}},
+               {671875339, -1, {1, 2, 3}},
+               {739806647, -1, {1, 2, 3, 4}},
+               {4242, 4242, {1}}};
+  for (const auto& c : cases) {
+    std::vector<int> iper(c.Permutation.size() + 1, -77);
+    StartStreamForTesting(c.Seed);
+    RNPER(static_cast<int>(c.Permutation.size()), iper.data());
+    EXPECT_EQ(iper.back(), -77);
+    iper.pop_back();
+    EXPECT_EQ(iper, c.Permutation) << c.Seed;
+    if (c.EndState >= 0) {
+      EXPECT_EQ(StreamStateForTesting(), c.EndState);
+    }
+  }
+  const float x[] = {10.0f, 20.0f, 30.0f, 40.0f, 50.0f};
+  const int p[] = {3, 1, 5, 2, 4};
+  float y[5];
+  PERMU(5, x, p, 1, y);
+  EXPECT_EQ(std::vector<float>(y, y + 5), (std::vector<float>{30, 10, 50, 20, 40}));
+  PERMU(5, x, p, 2, y);
+  EXPECT_EQ(std::vector<float>(y, y + 5), (std::vector<float>{20, 40, 10, 50, 30}));
+
+  const struct {
+    std::int32_t Seed, NumRows, EndState;
+    std::vector<int> Index;
+  } samples[] = {{12345, 20, 2112876142, {11, 2, 3, 17, 18}},
+                 {987654321, 100, 720809316, {1, 36, 72, 94, 49, 27, 29, 16, 24, 47}},
+                 {12345, 5, 12345, {1, 2, 3, 4, 5}}};
+  for (const auto& s : samples) {
+    std::vector<float> population, sample(s.Index.size());
+    for (int i = 1; i <= s.NumRows; ++i) population.push_back(100.0f + static_cast<float>(i) / 4.0f);
+    std::vector<int> index(s.Index.size());
+    StartStreamForTesting(s.Seed);
+    RNSRS(s.NumRows, population.data(), static_cast<int>(index.size()), sample.data(), index.data());
+    EXPECT_EQ(index, s.Index);
+    for (std::size_t k = 0; k < index.size(); ++k) EXPECT_EQ(sample[k], population[index[k] - 1]);
+    EXPECT_EQ(StreamStateForTesting(), s.EndState);
+  }
+}
+
+TEST(Random, RefusedArguments) {
+  float r[3] = {-1.0f, -1.0f, -1.0f};
+  int iper[1] = {-5};
+  const int good[] = {2, 3, 1}, bad[] = {2, 4, 1}, zero[] = {0, 1, 2};
+  const float x[] = {1.0f, 2.0f, 3.0f};
+  StartStreamForTesting(99);
+  EXPECT_EQ(RaisedMessages([&] { RNNOA(0, r); }), "RNNOA: NR = 0.  NR must be greater than or equal to 1.\n");
+  EXPECT_EQ(RaisedMessages([&] { RNPER(0, iper); }), "RNPER: K = 0.  K must be greater than or equal to 1.\n");
+  EXPECT_EQ(RaisedMessages([&] { PERMU(0, x, good, 1, r); }),
+            "PERMU: The length of the arrays X and XPERMU must be positive while N = 0 is given.\n");
+  EXPECT_EQ(RaisedMessages([&] { PERMU(3, x, good, 3, r); }),
+            "PERMU: IPATH must be equal to 1 or 2 while a value of 3 is given.\n");
+  EXPECT_EQ(RaisedMessages([&] { PERMU(3, x, bad, 1, r); }),
+            "PERMU: IPERMU(2) = 4 is not allowed.  It must be between 1 and N = 3.\n");
+  EXPECT_EQ(RaisedMessages([&] { PERMU(3, x, zero, 2, r); }),
+            "PERMU: IPERMU(1) = 0 is not allowed.  It must be between 1 and N = 3.\n");
+  EXPECT_EQ(N1RTY(1), SeverityTerminal);
+  EXPECT_EQ(std::vector<float>(r, r + 3), std::vector<float>(3, -1.0f));
+  EXPECT_EQ(iper[0], -5);
+  EXPECT_EQ(StreamStateForTesting(), 99);
 }
 
 }  // namespace

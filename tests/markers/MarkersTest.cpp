@@ -1,0 +1,124 @@
+// Marker preprocessing where the end-to-end projects do not go: the bin
+// rules on small genotype blocks (a duplicate pair last among them), the
+// missing code as a number in the correlations, the skipped second step,
+// the condition index and the cap of the correlation tables.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "core/Log.h"
+#include "markers/Binning.h"
+#include "markers/MarkerReports.h"
+#include "markers/Multicollinearity.h"
+#include "markers/PreprocessMarkers.h"
+#include "support/ScratchFile.h"
+
+namespace tov {
+namespace {
+
+std::vector<int> Vector(const Array<std::int32_t, 1>& a) { return std::vector<int>(a.begin(), a.end()); }
+
+// MarkerType [NumMarkers, PopulationSize] from one string of codes per
+// marker, with names M1, M2, ...
+struct Genotypes {
+  explicit Genotypes(const std::vector<std::string>& rows)
+      : names(static_cast<int>(rows.size())),
+        markerType(static_cast<int>(rows.size()), static_cast<int>(rows[0].size())) {
+    for (std::size_t m = 0; m < rows.size(); ++m) {
+      names(m + 1) = std::to_string(m + 1);
+      names(m + 1).insert(names(m + 1).begin(), 'M');
+      for (std::size_t l = 0; l < rows[m].size(); ++l) markerType(m + 1, l + 1) = rows[m][l];
+    }
+    columns = MarkerColumns(markerType);
+  }
+  Array<std::string, 1> names;
+  Array<char, 2> markerType, columns;
+};
+
+TEST(Markers, Bins) {
+  const struct {
+    std::vector<std::string> Rows;
+    std::vector<int> BinIDs, Kept;
+  } cases[] = {
+      // One pass: 3 joins the seed, 2 joins through 3 unvisited, so 4 (like 2 only) stays out.
+      {{"AABB", "BAXA", "XABX", "BXAA"}, {1, 1, 1, 0}, {1, 4}},
+      // An all-missing marker collapses everything not yet binned, and never represents it.
+      {{"ABAB", "BABA", "XXXX", "AABB", "BBAA"}, {1, 1, 1, 1, 1}, {1}},
+      // Bins are numbered by their seeds; the last marker is a member, never a seed.
+      {{"ABAB", "AABB", "ABAB", "AABB", "BBBA"}, {1, 2, 1, 2, 0}, {1, 2, 5}},
+      {{"ABAB", "BBAA", "ABAB"}, {1, 0, 1}, {1, 2}},
+      // A duplicate pair placed last in the block.
+      {{"ABAB", "AABB", "BBAA", "BABA", "BABA"}, {0, 0, 0, 1, 1}, {1, 2, 3, 4}},
+      // The representative has the least missing data, the first on a tie.
+      {{"AXBB", "AABB", "BBBB", "AABB"}, {1, 1, 0, 1}, {2, 3}},
+      {{"ABAB"}, {0}, {1}},
+  };
+  for (const auto& c : cases) {
+    const Genotypes g(c.Rows);
+    const MarkerBins bins = BinMarkers(static_cast<int>(c.Rows.size()), static_cast<int>(c.Rows[0].size()), g.columns);
+    EXPECT_EQ(Vector(bins.BinID), c.BinIDs) << c.Rows[0];
+    EXPECT_EQ(Vector(CopyKeptMarkers(static_cast<int>(c.Rows.size()), bins.Deleted)), c.Kept) << c.Rows[0];
+  }
+  EXPECT_TRUE(SameGenotypes(4, "AXAB", "ABXB"));
+  EXPECT_FALSE(SameGenotypes(4, "BXXX", "AXXX"));
+}
+
+TEST(Markers, MulticollinearityCountsMissingAsANumberAndCanBeSkipped) {
+  const std::string log = testing_support::ScratchPath("markers-log").string();
+  ASSERT_TRUE(LogFile().Create(log));
+  // 'X' is the number 88 in the correlations: marker 1 is far from 2 here.
+  const Genotypes g({"AAAXXBBBBB", "AAAABBBBBB", "AABBBBBBBA", "BABABABABA"});
+  Array<std::int32_t, 1> deleted(4);
+  EXPECT_EQ(Vector(HandleMulticollinearity(3.0f, g.names, g.columns, deleted)), (std::vector<int>{1, 3, 4}));
+  EXPECT_EQ(PreprocessMarkers(g.names, g.markerType, -1.0f).Size(), 3u) << "a negative limit: binning alone";
+  std::vector<std::string> many;  // 201 distinct markers of 8 lines
+  for (int m = 0; m < 201; ++m) {
+    many.emplace_back(8, 'A');
+    for (int bit = 0; bit < 8; ++bit) many.back()[bit] = (m >> bit) & 1 ? 'B' : 'A';
+  }
+  const Genotypes wide(many);
+  EXPECT_EQ(PreprocessMarkers(wide.names, wide.markerType, 1.0f).Size(), 201u) << "more than 200 skip it";
+  LogFile().Close();
+  const std::string text = testing_support::ReadWholeFile(log);
+  std::filesystem::remove(log);
+  EXPECT_NE(text.find("           1          4.                                  M2           4"), std::string::npos)
+      << text;
+  EXPECT_EQ(text.find("Step 2", text.find("Step 2") + 1), std::string::npos) << "only the first run has the step";
+
+  Array<float, 2> pair(2, 2);
+  pair(1, 1) = pair(2, 2) = 1.0f;
+  pair(1, 2) = pair(2, 1) = 0.5f;
+  float index = -1.0f;
+  ComputeConditionIndex(10, pair, index);
+  EXPECT_FLOAT_EQ(index, 3.0f) << "1.5 / 0.5, with no square root";
+  pair(1, 1) = -1.0f;
+  testing::internal::CaptureStderr();
+  ComputeConditionIndex(10, pair, index);
+  testing::internal::GetCapturedStderr();
+  EXPECT_FLOAT_EQ(index, 3.0f) << "a refused matrix leaves the previous index";
+}
+
+TEST(Markers, EachCorrelationTableStopsAtOneThousandMarkers) {
+  const int n = 1001;
+  Array<std::string, 1> names(n);
+  Array<char, 2> markerType(n, 2);
+  Array<std::int32_t, 1> kept(n);
+  for (int m = 1; m <= n; ++m) {
+    names(m) = std::to_string(m);
+    markerType(m, 1) = m % 2 ? 'A' : 'B';
+    markerType(m, 2) = m % 2 ? 'B' : 'A';
+    kept(m) = m;
+  }
+  testing_support::ScratchFile coe("capped.coe");
+  WriteCorrelationReport(coe.Unit(), names, markerType, kept);
+  const std::vector<std::string> lines = coe.Lines();
+  ASSERT_EQ(lines.size(), 2u * (1 + 1000 + 1));
+  EXPECT_EQ(lines[0].size(), 48u + 12u * 1000u);
+  EXPECT_EQ(lines[1002].size(), 48u + 12u * 1001u) << "the kept markers' heading lists them all";
+  EXPECT_EQ(lines[1000].substr(lines[1000].size() - 24), "     -1.0000      1.0000");
+}
+
+}  // namespace
+}  // namespace tov

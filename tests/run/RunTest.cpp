@@ -1,0 +1,125 @@
+// The top of the program apart from whole runs: which output files each
+// setting opens and their headings, and the input check as a calling
+// program meets it (the shared library loaded at run time, CheckErrorTOV
+// looked up by its C name, "TOV.log" in the caller's working directory).
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/Log.h"
+#include "run/InputCheck.h"
+#include "run/OutputFiles.h"
+#include "run/RunDriver.h"
+#include "support/ScratchFile.h"
+
+namespace tov {
+namespace {
+
+namespace fs = std::filesystem;
+using testing_support::ReadWholeFile;
+
+// Each test works in a folder of its own, as its working directory.
+class Run : public testing::Test {
+ protected:
+  void SetUp() override {
+    fs::create_directories(folder);
+    fs::current_path(folder);
+  }
+  void TearDown() override {
+    fs::current_path(home);
+    fs::remove_all(folder);
+  }
+  std::set<std::string> Files() const {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
+    return names;
+  }
+  const fs::path home = fs::current_path();
+  const fs::path folder = testing_support::ScratchPath("run");
+};
+
+TEST_F(Run, OutputFilesFollowTheSettings) {
+  const std::string traits = "     TraitID           TraitName Environment";
+  const std::string markers = traits +
+      "    MarkerID                          MarkerName         LOD      PVE(%)         Add       M(QQ)       M(qq)";
+  const std::string pairs = traits +
+      "   MarkerID1                         MarkerName1   MarkerID2                         MarkerName2       LODaa"
+      "    LODtotal    PVEaa(%) PVEtotal(%)        Add1        Add2    AddbyAdd M(Q1Q1Q2Q2) M(Q1Q1q2q2) M(q1q1Q2Q2)"
+      " M(q1q1q2q2)";
+  const struct {
+    int Indicator, SMA, Add, Epi, SMAPerm, AddPerm, EpiPerm;
+    std::string Extensions;
+  } cases[] = {
+      {1, 0, 0, 1, 0, 0, 0, ".coe .mtp .qice .rice .sta .stp"},
+      {1, 0, 0, 0, 0, 1, 0, ".coe .mtp .sta .tic"},
+      {2, 0, 0, 1, 1, 0, 0, ".coe .mtp"},
+      {2, 1, 1, 0, 0, 0, 0, ".coe .mtp .pic .psm .stp"},
+      {1, 1, 1, 1, 1, 1, 1, ".coe .mtp .qic .qice .qsm .ric .rice .rsm .sta .stp .tic .tice .tsm"},
+  };
+  for (const auto& c : cases) {
+    for (const auto& name : Files()) fs::remove(name);
+    if (c.Indicator == 1) std::ofstream("my study.sta") << "an old file is replaced\n";
+    RunData run;
+    run.OutputBase = (folder / "my study").string() + "  ";
+    run.Indicator = c.Indicator;
+    run.SMAIndicator = c.SMA, run.AddIndicator = c.Add, run.EpiIndicator = c.Epi;
+    run.SMAPermIndicator = c.SMAPerm, run.AddPermIndicator = c.AddPerm, run.EpiPermIndicator = c.EpiPerm;
+    OpenOutputFiles(run);
+    CloseOutputFiles(run);
+    std::string made;
+    for (const auto& name : Files()) made.append(made.empty() ? "" : " ").append(name, 8);
+    EXPECT_EQ(made, c.Extensions);
+  }
+  const struct {
+    std::string Extension, Heading;
+  } headings[] = {{".sta", "     TraitID           TraitName  SampleSize        Mean    Variance    StdError"
+                           "    Skewness    Kurtosis     Minimum     Maximum       Range      W-test     P-value\n"},
+                  {".qsm", markers + "\n"}, {".ric", markers + "\n"}, {".tic", traits + "       Times      MaxLOD\n"},
+                  {".qice", pairs + "\n"}, {".stp", ""}};
+  for (const auto& h : headings) EXPECT_EQ(ReadWholeFile("my study" + h.Extension), h.Heading) << h.Extension;
+  EXPECT_EQ(OutputBaseOf("study.txt   "), "study");
+  EXPECT_EQ(OutputBaseOf("a.b.csv"), "a.b");
+  EXPECT_EQ(OutputBaseOf("abc"), "");
+}
+
+TEST_F(Run, InputCheckThroughTheSharedLibrary) {
+  std::ofstream("good.txt") << "! a mapping project\n1\n2\n3\n1\n1\n1\nM1 A B X\nM2 B A A\nYield 1.5 NA 2\n";
+  std::ofstream("bad.txt") << "3\n";
+  void* library = dlopen(TOV_CHECK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(library, nullptr) << dlerror();
+  const auto check = reinterpret_cast<void (*)(int, const char*, int*)>(dlsym(library, "CheckErrorTOV"));
+  ASSERT_NE(check, nullptr) << dlerror();
+  const std::string bad = "--Error2002: Indicator=3 out of range [1:2]!\n"
+                          "--Error1101: error found in DLL! DLL name=DLL CheckErrorTOV\n";
+  const std::string good = "DLL CheckErrorTOV run successfully!\n";
+  std::ofstream("TOV.log") << "earlier line\n";
+  int result = -1;
+  check(40, (std::string("bad.txt") + std::string(33, ' ')).data(), &result);
+  EXPECT_EQ(result, 2002);
+  check(8, "good.txtXYZ", &result);
+  EXPECT_EQ(result, 0) << "the name ends at its length";
+  char buffer[32] = "good.txt";
+  check(32, buffer, &result);
+  EXPECT_EQ(result, 0) << "or at a NUL";
+  EXPECT_EQ(ReadWholeFile("TOV.log"), "earlier line\n" + bad + good + good) << "appended, and closed after each call";
+  dlclose(library);
+
+  fs::remove("TOV.log");
+  ASSERT_TRUE(LogFile().Create("caller.log"));
+  EXPECT_EQ(CheckInputFile("bad.txt"), 2002);
+  EXPECT_TRUE(LogFile().IsOpen()) << "a log the caller holds open stays open";
+  LogFile().Close();
+  EXPECT_EQ(ReadWholeFile("caller.log"), bad);
+  EXPECT_EQ(CheckInputFile("good.txt   "), 0);
+  EXPECT_FALSE(LogFile().IsOpen()) << "a log the check opened is closed again";
+  EXPECT_EQ(ReadWholeFile("TOV.log"), good);
+}
+
+}  // namespace
+}  // namespace tov
