@@ -7,6 +7,7 @@
 #include "mapping/MappingDriver.h"
 #include "markers/MarkerReports.h"
 #include "markers/PreprocessMarkers.h"
+#include "permutation/PermutationTest.h"
 #include "phenotype/PhenotypeAnalysis.h"
 #include "phenotype/TraitStatistics.h"
 #include "core/CpuClock.h"
@@ -112,6 +113,7 @@ int RunDriver() {
                       run.PhenotypicVariance);
     run.StatusCode = 1017;
     ReportRun(run.StatusCode, "");
+    PermutationTest(run);
     run.StatusCode = 1018;
     ReportRun(run.StatusCode, "");
     MappingDriver(run);
