@@ -46,9 +46,12 @@ void TwoWayVariance(int r, int c, const float* freqs, const float* means, float*
   const auto at = [c](int a, int b) { return static_cast<std::size_t>(a * c + b); };  // 0-based a, b
   const auto rows = static_cast<std::size_t>(r < 0 ? 0 : r);
   const auto columns = static_cast<std::size_t>(c < 0 ? 0 : c);
-  // One piece of scratch for the shares, margins, effects and interactions.
-  std::vector<float> work(2 * cells + 2 * rows + 2 * columns);
-  float* p = work.data();
+  // One piece of scratch for the shares, margins, effects and interactions,
+  // on the stack for the tables of a pair and the like.
+  const std::size_t scratch = 2 * cells + 2 * rows + 2 * columns;
+  float small[64] = {};
+  std::vector<float> large(scratch > std::size(small) ? scratch : 0);
+  float* p = scratch > std::size(small) ? large.data() : small;
   float* rowShare = p + cells;
   float* columnShare = rowShare + rows;
   float* rowEffect = columnShare + columns;

@@ -102,8 +102,8 @@ TOV_LANES_INLINE CodeMasks<W> CodesAt(const std::int32_t* place) {
   using I = typename Lanes<W>::I;
   I code;
   std::memcpy(&code, place, sizeof code);
-  const I b = code >> 31;                  // -1 only
-  const I typed = -(code & 1);   // +1 or -1
+  const I b = code >> 31;       // all ones where the code is -1
+  const I typed = -(code & 1);  // all ones where it is +1 or -1
   return {typed & ~b, b};
 }
 

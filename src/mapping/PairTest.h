@@ -27,6 +27,7 @@ struct PairTest {
   FixedArray<float, 4> CellMean;            // means of the four cells
   FixedArray<float, 4> CellFreq;            // shares of the cells among the lines in one of them
 };
+static_assert(sizeof(PairTest) == 52, "a pair record stays compact");
 
 struct PairTestTable {
   std::int32_t NumTests = 0;  // preset by the caller: n (n - 1) / 2

@@ -41,7 +41,10 @@ bool ShortFixed(float value, int decimals, char* out, char*& end) {
   if (decimals < 1 || decimals > 8) return false;
   const double scaled = std::fabs(static_cast<double>(value)) * Scale[decimals];
   if (!(scaled < 1e15)) return false;
-  auto units = static_cast<std::uint64_t>(std::nearbyint(scaled));
+  // Adding and taking away 2^52 leaves the nearest integer, ties to even,
+  // in the default rounding; cheaper than a call of nearbyint.
+  constexpr double Shift = 4503599627370496.0;
+  auto units = static_cast<std::uint64_t>((scaled + Shift) - Shift);
   char digits[32];
   int count = 0;
   for (; count <= decimals || units != 0; units /= 10) digits[count++] = static_cast<char>('0' + units % 10);

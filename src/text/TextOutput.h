@@ -2,6 +2,7 @@
 // A text file written line by line, and the console.
 
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -26,7 +27,14 @@ class TextOutput {
   void Write(std::string_view piece);
 
  private:
+  // Files are written through a buffer of this size: the tables of a large
+  // pair scan run to tens of megabytes, and small writes would cost a
+  // system call every few kilobytes.
+  static constexpr std::size_t BufferSize = 1 << 18;
+  void UseLargeBuffer();
+
   std::FILE* file_ = nullptr;
+  std::unique_ptr<char[]> buffer_;
 };
 
 // One line on standard output.
