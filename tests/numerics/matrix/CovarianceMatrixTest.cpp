@@ -37,19 +37,6 @@ Array<float, 2> MatrixOfRows(int numObs, int numCols, const Array<float, 2>& col
   return c;
 }
 
-TEST(CovarianceRows, DividesByTheNumberOfObservations) {
-  const float data[3][5] = {{1, 2, 3, 4, 6}, {2, 1, 0, 1, 1}, {0.5f, -1, 2, 3, -0.25f}};
-  Array<float, 2> columns(5, 3);
-  for (int j = 1; j <= 3; ++j)
-    for (int l = 1; l <= 5; ++l) columns(l, j) = data[j - 1][l - 1];
-  Array<float, 1> diagonal;
-  const Array<float, 2> c = MatrixOfRows(5, 3, columns, diagonal);
-  // numpy 1.24: np.cov(data, bias=True).
-  const float expected[3][3] = {{2.96f, -0.4f, 0.28f}, {-0.4f, 0.4f, -0.3f}, {0.28f, -0.3f, 2.14f}};
-  for (int i = 1; i <= 3; ++i)
-    for (int j = 1; j <= 3; ++j) EXPECT_NEAR(c(i, j), expected[i - 1][j - 1], 2e-6f) << i << "," << j;
-}
-
 // Columns of uneven sizes and offsets, more of them than one block holds
 // and not a multiple of it, with a missing code in one column and a NaN in
 // another, and 21 columns of codes less an offset, one of them with a code

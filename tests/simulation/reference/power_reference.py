@@ -13,14 +13,16 @@ import ctypes
 import ctypes.util
 import math
 import os
-import struct
 import sys
 
 import numpy as np
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "mapping", "reference"))
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.join(HERE, "..", "..", "mapping", "reference"))
+sys.path.insert(0, os.path.join(HERE, "..", "..", "permutation", "reference"))
 import mapping_reference as ref  # noqa: E402
 from float32 import NAN, f32  # noqa: E402
+import stream  # noqa: E402
 
 _libm = ctypes.CDLL(ctypes.util.find_library("m"))
 for _name in ("logf", "expf"):
@@ -30,17 +32,8 @@ logf = lambda x: f32(_libm.logf(float(x)))  # noqa: E731
 expf = lambda x: f32(_libm.expf(float(x)))  # noqa: E731
 
 
-class Stream:
-    SCALE = float(np.frombuffer(struct.pack("<I", 0x2FFFFFFF), dtype=np.float32)[0])
-
-    def __init__(self, hour, minute, second):
-        seed = hour * 10000 + minute * 100 + second + 1
-        self.state = 123457 if seed <= 1 else seed
-
-    def uniform(self):
-        value = math.fmod(16807.0 * float(self.state), 2147483647.0)
-        self.state = int(value + 0.5)
-        return f32(value * self.SCALE)
+class Stream(stream.Stream):
+    """The run's stream (stream.py) with the normal deviates."""
 
     def normal(self):
         u = self.uniform()
