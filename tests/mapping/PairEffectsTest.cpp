@@ -77,7 +77,7 @@ TEST(TwoWayVariance, DependentFactorsAreRescaledAndNaNBecomesZero) {
   TwoWayVariance(2, 2, freqs, means, &vt, &v1, &v2, &v12);
   EXPECT_EQ(vt, v1 + v2 + v12);
   EXPECT_NEAR(vt, 0.4 * 9 + 0.1 * 1 + 0.1 * 0.25 + 0.4 * 6.25 - 2.35 * 2.35, 1e-5);
-  // An empty cell: NaN mean, every part 0.0; a caller may omit results.
+  // An empty cell: NaN mean, each of its parts 0.0; a caller may omit results.
   const float withEmpty[] = {3.0f, NaN, 0.5f, 2.5f};
   TwoWayVariance(2, 2, freqs, withEmpty, &vt, nullptr, nullptr, &v12);
   EXPECT_EQ(vt, 0.0f);
