@@ -54,9 +54,11 @@ void CovarianceOfColumns(int numObs, int numCols, const Array<float, 2>& columns
   const int numPanels = (numCols + kPanel - 1) / kPanel;
   const std::size_t panelSize = static_cast<std::size_t>(numObs) * kPanel;
   std::vector<float> panels(static_cast<std::size_t>(numPanels) * panelSize, 0.0f);
+  // Indices rather than pointers: with no observations the panels are empty
+  // and have no storage to point into.
   for (int j = 1; j <= numCols; ++j) {
-    float* panel = panels.data() + static_cast<std::size_t>((j - 1) / kPanel) * panelSize + (j - 1) % kPanel;
-    for (int l = 1; l <= numObs; ++l) panel[static_cast<std::size_t>(l - 1) * kPanel] = columns(l, j);
+    const std::size_t first = static_cast<std::size_t>((j - 1) / kPanel) * panelSize + (j - 1) % kPanel;
+    for (int l = 1; l <= numObs; ++l) panels[first + static_cast<std::size_t>(l - 1) * kPanel] = columns(l, j);
   }
 
   // Each pair once, mirrored: x * y and y * x are the same float, so both
