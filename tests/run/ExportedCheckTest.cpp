@@ -113,6 +113,28 @@ TEST_F(ExportedCheck, TheNameMayEndAtItsLengthOrAtANul) {
   EXPECT_EQ(result, 0);
 }
 
+// Every name that gives no readable file ends in a result, never in the
+// end of the calling program.
+TEST_F(ExportedCheck, ANameWithoutAReadableFileGivesACode) {
+  fs::create_directory("folder.txt");
+  const struct {
+    int length;
+    const char* name;
+    const char* logged;
+  } cases[] = {{11, "missing.txt", "missing.txt"}, {10, "folder.txt", "folder.txt"}, {3, "   ", ""},
+               {0, "good.txt", ""},               {-5, "good.txt", ""},            {4, nullptr, ""}};
+  for (const auto& c : cases) {
+    fs::remove("TOV.log");
+    int result = -1;
+    check(c.length, c.name, &result);
+    EXPECT_EQ(result, 1008) << c.length << " " << (c.name ? c.name : "null");
+    EXPECT_EQ(LinesOf("TOV.log"),
+              (std::vector<std::string>{"--Error1008: " + std::string(c.logged) + " does not exist, and the program stops!",
+                                        "--Error1101: error found in DLL! DLL name=DLL CheckErrorTOV"}));
+  }
+  check(8, "good.txt", nullptr);
+}
+
 TEST_F(CheckFolder, ALogTheCallerHoldsOpenStaysOpen) {
   ASSERT_TRUE(LogFile().Create("caller.log"));
   EXPECT_EQ(CheckInputFile("bad.txt"), 2002);
