@@ -1,6 +1,7 @@
 #include "core/Messages.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "core/Log.h"
 #include "support/ScratchFile.h"
@@ -60,7 +61,7 @@ TEST(Messages, CodesWithoutTextWriteNothing) {
 }
 
 TEST(Messages, AReportGoesToTheLogFirstThenToTheConsole) {
-  const std::string path = testing::TempDir() + "/messages.log";
+  const std::string path = testing::TempDir() + "/tov-messages-" + std::to_string(::getpid()) + ".log";
   ASSERT_TRUE(LogFile().Create(path));
   testing::internal::CaptureStdout();
   ReportInput(2002, 3);

@@ -1,6 +1,7 @@
 #include "markers/Multicollinearity.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <string>
@@ -52,7 +53,7 @@ class StepTwo : public testing::Test {
     const Array<std::int32_t, 1> kept = HandleMulticollinearity(limit, g.names, g.columns, deleted);
     return std::vector<int>(kept.begin(), kept.end());
   }
-  const std::string path = testing::TempDir() + "/multicollinearity.log";
+  const std::string path = testing::TempDir() + "/tov-multicollinearity-" + std::to_string(::getpid()) + ".log";
 };
 
 const std::vector<std::string> Linked = {"AAAAABBBBB", "AAAABBBBBB", "AAABBBBBBB", "BABABABABA"};

@@ -1,6 +1,7 @@
 #include "text/FreeFormatRead.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <cstdint>
@@ -15,7 +16,7 @@ namespace {
 class Reader : public testing::Test {
  protected:
   void Load(const std::string& text) {
-    const std::string path = testing::TempDir() + "/free_format_read.txt";
+    const std::string path = testing::TempDir() + "/tov-free_format_read-" + std::to_string(::getpid()) + ".txt";
     std::ofstream(path, std::ios::binary) << text;
     ASSERT_TRUE(input.Open(path));
   }

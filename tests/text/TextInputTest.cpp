@@ -1,6 +1,7 @@
 #include "text/TextInput.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <string>
@@ -13,7 +14,7 @@ namespace {
 class Lines : public testing::Test {
  protected:
   void Load(const std::string& text) {
-    const std::string path = testing::TempDir() + "/text_input.txt";
+    const std::string path = testing::TempDir() + "/tov-text_input-" + std::to_string(::getpid()) + ".txt";
     std::ofstream(path, std::ios::binary) << text;
     ASSERT_TRUE(input.Open(path));
   }
