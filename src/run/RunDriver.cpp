@@ -13,6 +13,7 @@
 #include "core/Log.h"
 #include "core/Messages.h"
 #include "run/OutputFiles.h"
+#include "simulation/PowerSimulation.h"
 #include "core/RunData.h"
 #include "text/Fatal.h"
 #include "text/Format.h"
@@ -101,6 +102,7 @@ int RunDriver() {
   if (run.Indicator != 1) {
     run.StatusCode = 1019;
     ReportRun(run.StatusCode, "");
+    PowerSimulation(run);
   } else {
     TraitStatistics(run, run.Units[UnitSta]);
     PhenotypeAnalysis(run.Units[UnitSta], run.PopulationSize, run.NumTraits, run.NumEnvs, run.NumReps, run.Phenotype,

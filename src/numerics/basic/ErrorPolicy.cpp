@@ -1,6 +1,7 @@
 #include "numerics/basic/ErrorPolicy.h"
 
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 
@@ -9,35 +10,35 @@ namespace {
 
 constexpr int kNumSeverities = 7;
 
-// The one policy of the process, indexed by severity 1..7 (element 0 unused).
-struct ErrorPolicyState {
-  std::array<bool, kNumSeverities + 1> Print{};
-  std::array<bool, kNumSeverities + 1> Stop{};
-  int LastSeverity = SeverityNone;
-};
-
 bool DefaultPrint(int severity) { return severity >= SeverityWarning; }
 
 bool DefaultStop(int severity) {
   return severity == SeverityFatal || severity == SeverityTerminal || severity == SeverityFatalRepaired;
 }
 
-ErrorPolicyState MakeDefaultPolicy() {
-  ErrorPolicyState state;
-  for (int s = 1; s <= kNumSeverities; ++s) {
-    state.Print[s] = DefaultPrint(s);
-    state.Stop[s] = DefaultStop(s);
+// The one policy of the process, indexed by severity 1..7 (element 0 unused).
+// Atomic, because the scans of simulations run on several threads and each
+// stepwise selection sets the policy and may raise a (silenced) error.
+struct ErrorPolicyState {
+  std::array<std::atomic<bool>, kNumSeverities + 1> Print{};
+  std::array<std::atomic<bool>, kNumSeverities + 1> Stop{};
+  std::atomic<int> LastSeverity{SeverityNone};
+
+  ErrorPolicyState() {
+    for (int s = 1; s <= kNumSeverities; ++s) {
+      Print[s] = DefaultPrint(s);
+      Stop[s] = DefaultStop(s);
+    }
   }
-  return state;
-}
+};
 
 ErrorPolicyState& Policy() {
-  static ErrorPolicyState state = MakeDefaultPolicy();
+  static ErrorPolicyState state;
   return state;
 }
 
 // action: 0 off, 1 on, -1 unchanged, 2 the default for that severity.
-void ApplyAction(bool& setting, int action, bool defaultValue) {
+void ApplyAction(std::atomic<bool>& setting, int action, bool defaultValue) {
   if (action == 0) setting = false;
   if (action == 1) setting = true;
   if (action == 2) setting = defaultValue;
