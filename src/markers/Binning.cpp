@@ -34,7 +34,7 @@ namespace {
 // The genotypes of every marker as two bit planes over the lines, one for
 // 'A' and one for 'B' ('X' sets neither): two markers disagree exactly when
 // one has 'A' and the other 'B' on a line, which a few word operations
-// tell for 64 lines at once.
+// tell for 64 lines at once.  The genotype reader leaves no other code.
 class PackedMarkers {
  public:
   PackedMarkers(int numMarkers, int populationSize, const Array<char, 2>& columns)
@@ -81,11 +81,14 @@ class UnbinnedIndex {
     // About as many compartments met per search as markers in each.
     int keys = 0;
     while (keys < populationSize && keys < 16 && (std::int64_t{1} << (2 * keys)) < numMarkers) ++keys;
-    std::vector<int> missing(static_cast<std::size_t>(populationSize) + 1, 0);
+    // The key lines come from the first lines only, which bounds the work
+    // of choosing them.
+    const int candidates = std::min(populationSize, 1024);
+    std::vector<int> missing(static_cast<std::size_t>(candidates) + 1, 0);
     for (int marker = 1; marker <= numMarkers; ++marker)
-      for (int line = 1; line <= populationSize; ++line) missing[line] += columns(line, marker) == 'X';
-    std::vector<int> lines(static_cast<std::size_t>(populationSize));
-    for (int line = 1; line <= populationSize; ++line) lines[line - 1] = line;
+      for (int line = 1; line <= candidates; ++line) missing[line] += columns(line, marker) == 'X';
+    std::vector<int> lines(static_cast<std::size_t>(candidates));
+    for (int line = 1; line <= candidates; ++line) lines[line - 1] = line;
     std::stable_sort(lines.begin(), lines.end(), [&](int p, int q) { return missing[p] < missing[q]; });
     keyLines_.assign(lines.begin(), lines.begin() + keys);
     std::size_t compartments = 1;
