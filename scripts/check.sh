@@ -37,7 +37,7 @@ fi
 # shadow memory: they run in the two other builds only.
 capped=$(cd tests/projects && for f in */memory_limit_kb; do [[ -f "$f" ]] && echo "${f%/*}"; done | paste -sd '|')
 sanitizer_exclude=()
-[[ -n "$capped" ]] && sanitizer_exclude=(-E "OutputsMatchExpected/($capped)\$")
+[[ -n "$capped" ]] && sanitizer_exclude=(-E "OutputsMatchExpected/($capped)( |$)")
 
 build_and_test() {
   local folder="$1"
@@ -55,6 +55,9 @@ fuzz=OFF
 have_fuzzer && fuzz=ON
 CC=clang CXX=clang++ build_and_test build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOV_FUZZ="$fuzz" \
   -DCMAKE_CXX_FLAGS="$sanitizers"
+# An allocation that cannot be had returns null, as the C library's does:
+# the test of the marker count relies on it.
+export ASAN_OPTIONS=allocator_may_return_null=1
 ctest --test-dir build-asan -j"$jobs" --output-on-failure "${sanitizer_exclude[@]}"
 
 CC=clang CXX=clang++ build_and_test build-clang -DCMAKE_BUILD_TYPE=Release
