@@ -18,14 +18,6 @@ namespace {
 // reading of -100 in every later row of the process.
 bool missingTokensSeen = false;
 
-bool IsMissingToken(std::string_view token) {
-  static constexpr std::string_view MissingTokens[] = {"NA", "na", "*", ".", "-"};
-  const std::string_view text = TrimTrailing(token);
-  for (std::string_view missing : MissingTokens)
-    if (text == missing) return true;
-  return false;
-}
-
 // Each token is read as a real by a free-format read of its own text.
 bool ConvertTokens(std::int32_t numTokens, const TokenRow& tokens, ArrayView<float, 1> values,
                    std::int32_t& statusCode) {
@@ -50,6 +42,14 @@ bool ReadRow(TextInput& input, std::int32_t populationSize, std::string& name, T
 }
 
 }  // namespace
+
+bool IsMissingToken(std::string_view token) {
+  static constexpr std::string_view MissingTokens[] = {"NA", "na", "*", ".", "-"};
+  const std::string_view text = TrimTrailing(token);
+  for (std::string_view missing : MissingTokens)
+    if (text == missing) return true;
+  return false;
+}
 
 bool PhenotypeHasMissingTokens() { return missingTokensSeen; }
 

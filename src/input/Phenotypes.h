@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "input/TokenRow.h"
 #include "core/Array.h"
@@ -16,6 +17,9 @@ namespace tov {
 
 // Phenotype tokens are cut to this many characters before conversion.
 constexpr std::size_t PhenotypeTokenLength = 20;
+
+// True for a token (trailing blanks aside) that means a missing value.
+bool IsMissingToken(std::string_view token);
 
 // Whether a missing token has been met in this process.  It starts false,
 // and once set it stays set for every later row: from then on -100 is a

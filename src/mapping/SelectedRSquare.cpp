@@ -65,8 +65,8 @@ void RegressionSS(const float* y, const Array<float, 2>& X, float& SST, float& S
     options.PIN = 0.1f;
     options.POUT = 0.2f;
     StepAovTable aov;
-    Array<float, 2> coef(k, 5), covs(k + 1, k + 1);
-    RSTEP(k + 1, C, n, options, aov, coef, covs);
+    Array<float, 2> coef(k, 5);
+    RSTEP(k + 1, C, n, options, aov, coef);
     SST = aov(6);
     SSE = aov(5);
   } else {

@@ -38,6 +38,12 @@ class FreeFormatRead {
   // of no items still takes one line, and fails at the end of the file.
   bool Finish();
 
+  // What the read leaves on the last line it touched, which Finish drops
+  // (from the slash on, when a slash ended the read), and whether a slash
+  // ended it.  Only looked at, never acted on: for the input linter.
+  std::string_view Unread() const { return haveLine_ ? line_.substr(pos_) : std::string_view(); }
+  bool EndedBySlash() const { return ended_; }
+
  private:
   enum class Outcome { Value, Null, Fail };
   struct Value {

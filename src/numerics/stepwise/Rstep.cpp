@@ -8,20 +8,13 @@
 #include "numerics/distributions/Distributions.h"
 #include "numerics/basic/ErrorPolicy.h"
 #include "numerics/stepwise/StepChoice.h"
+#include "numerics/stepwise/SweptMatrix.h"
 
 namespace tov {
 namespace {
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
-
-// Element (i, j) of the whole swept matrix, read off the upper triangle:
-// the swept matrix is symmetric between two variables on the same side of
-// the sweep and antisymmetric across it.
-float SweptElement(const Array<float, 2>& covs, const Array<float, 1>& swept, int i, int j) {
-  if (i <= j) return covs(i, j);
-  return swept(i) * swept(j) * covs(j, i);
-}
 
 // Checks the arguments in the order of the messages and finds the dependent
 // variable; false after the first failure (and when no variable is marked
@@ -60,21 +53,39 @@ bool CheckArguments(int NVAR, const RstepOptions& options, const Array<int, 1>& 
   return idep != 0;
 }
 
+// A matrix held whole, read a row at a time off its upper triangle.
+class WholeMatrix : public SymmetricRows {
+ public:
+  WholeMatrix(int n, const Array<float, 2>& matrix) : n_(n), matrix_(matrix) {}
+  void Diagonal(Array<float, 1>& diagonal) const override {
+    diagonal.Allocate(n_);
+    for (int i = 1; i <= n_; ++i) diagonal(i) = matrix_(i, i);
+  }
+  void Row(int r, Array<float, 1>& row) const override {
+    row.Allocate(n_);
+    for (int j = 1; j <= n_; ++j) row(j) = j < r ? matrix_(j, r) : matrix_(r, j);
+  }
+
+ private:
+  const int n_;
+  const Array<float, 2>& matrix_;
+};
+
+// What one variable's row of COEF is formed from.
+struct VariableFit {
+  float estimate;
+  float stdError;
+  float vif;
+  int df;
+};
+
 // The working set of one call.
 class Stepper {
  public:
   Stepper(int nvar, int nobs, int idep, const RstepOptions& options, const Array<int, 1>& level,
-          Array<float, 2>& covs, Array<float, 2>& coef)
-      : nvar_(nvar), nobs_(nobs), idep_(idep), options_(options), level_(level), covs_(covs), coef_(coef),
-        scale_(nvar), swept_(nvar), hist_(nvar) {}
-
-  void SetUp(const Array<float, 2>& cov) {
-    for (int j = 1; j <= nvar_; ++j)
-      for (int i = 1; i <= nvar_; ++i) covs_(i, j) = cov(i, j);
-    for (int i = 1; i <= nvar_; ++i) scale_(i) = cov(i, i);
-    swept_.Fill(-1.0f);
-    hist_.Fill(0.0f);
-    nvin_ = 0;
+          const SymmetricRows& cov)
+      : nvar_(nvar), nobs_(nobs), idep_(idep), options_(options), level_(level), matrix_(cov, nvar, idep),
+        t_(nvar), hist_(nvar) {
     Statistics();
   }
 
@@ -101,14 +112,45 @@ class Stepper {
     return 0;
   }
 
+  // COEF of the final model, every variable but the dependent one.
+  void FillCoef(Array<float, 2>& coef) const {
+    for (int i = 1; i <= nvar_; ++i) {
+      if (i == idep_) continue;
+      const VariableFit fit = FitOf(i);
+      const int row = i < idep_ ? i : i - 1;
+      coef(row, 1) = fit.estimate;
+      coef(row, 2) = fit.stdError;
+      C1T(fit.estimate, fit.stdError, fit.df, coef(row, 3), coef(row, 4));
+      coef(row, 5) = fit.vif;
+    }
+  }
+
+  void FillScale(Array<float, 1>& scale) const {
+    scale.Allocate(nvar_);
+    for (int i = 1; i <= nvar_; ++i) scale(i) = matrix_.Scale(i);
+  }
+
+  void FillCovs(Array<float, 2>& covs) const {
+    Array<float, 1> row;
+    for (int r = 1; r <= nvar_; ++r) {
+      matrix_.CurrentRow(r, row);
+      for (int j = r; j <= nvar_; ++j) covs(r, j) = row(j);
+    }
+  }
+
   int NumIn() const { return nvin_; }
-  const Array<float, 1>& Scale() const { return scale_; }
   const Array<float, 1>& Hist() const { return hist_; }
 
  private:
   bool InModel(int i) const { return hist_(i) > 0.0f; }
-  int CoefRow(int i) const { return i < idep_ ? i : i - 1; }
-  float P(int i) const { return coef_(CoefRow(i), 4); }
+
+  float P(int i) const {
+    const VariableFit fit = FitOf(i);
+    float t;
+    float p;
+    C1T(fit.estimate, fit.stdError, fit.df, t, p);
+    return p;
+  }
 
   // One step: a removal if one is due, else an entry; false when nothing
   // moved.
@@ -127,20 +169,21 @@ class Stepper {
         anyOut = true;
       }
     }
+    const StepCandidates candidates{nvar_, idep_, t_, hist_, level_, [this](int i) { return P(i); }};
     if (anyIn && (options_.NFORCE == 0 || options_.NFORCE < lmax)) {
-      const int weakest = WeakestInModel(nvar_, idep_, coef_, hist_, level_, lmax);
+      const int weakest = WeakestInModel(candidates, lmax);
       if (weakest != 0 && P(weakest) > options_.POUT) {
-        GSWEP(nvar_, weakest, options_.TOL, scale_, swept_, covs_);
+        matrix_.Sweep(weakest, options_.TOL);
         --nvin_;
         hist_(weakest) = -static_cast<float>(step);
         return true;
       }
     }
     if (anyOut) {
-      const int strongest = StrongestOutside(nvar_, idep_, coef_, hist_, level_, lmin);
+      const int strongest = StrongestOutside(candidates, lmin);
       if (strongest != 0 && P(strongest) < options_.PIN) {
         // A refused pivot still counts as an entry.
-        GSWEP(nvar_, strongest, options_.TOL, scale_, swept_, covs_);
+        matrix_.Sweep(strongest, options_.TOL);
         ++nvin_;
         hist_(strongest) = static_cast<float>(step);
         return true;
@@ -149,54 +192,52 @@ class Stepper {
     return false;
   }
 
-  // Estimate, standard error, t, p and VIF of every variable.  A candidate
-  // is judged with the degrees of freedom of the model it would join, so
-  // that its step statistic is its partial t there.
+  // A variable in the model is judged by its partial t there; a candidate
+  // with the degrees of freedom of the model it would join, so that its
+  // step statistic is its partial t in that model.
+  VariableFit FitOf(int i) const {
+    const float rss = matrix_.Diagonal(idep_);
+    const float cii = matrix_.Diagonal(i);
+    const float ciy = matrix_.WithDependent(i);
+    VariableFit fit;
+    float spread;  // the quantity under the root, before the division
+    if (InModel(i)) {
+      fit.estimate = ciy;
+      fit.vif = matrix_.Scale(i) * cii;
+      spread = cii * rss;
+      fit.df = nobs_ - nvin_ - 1;
+    } else {
+      if (cii == 0.0f) {
+        fit.estimate = 0.0f;
+        fit.vif = kInfinity;
+        spread = 0.0f;
+      } else {
+        fit.estimate = ciy / cii;
+        fit.vif = matrix_.Scale(i) / cii;
+        spread = rss / cii - fit.estimate * fit.estimate;
+      }
+      fit.df = nobs_ - nvin_ - 2;
+    }
+    fit.stdError = kNaN;
+    if (fit.df > 0) {
+      const float variance = spread / static_cast<float>(fit.df);
+      if (!(variance < 0.0f)) fit.stdError = std::sqrt(variance);
+    }
+    return fit;
+  }
+
+  // The t of every variable; its p waits until a choice asks for it.
   void Statistics() {
-    const float rss = covs_(idep_, idep_);
-    const int dfIn = nobs_ - nvin_ - 1;
-    const int dfOut = nobs_ - nvin_ - 2;
     for (int i = 1; i <= nvar_; ++i) {
       if (i == idep_) continue;
-      const float cii = covs_(i, i);
-      const float ciy = SweptElement(covs_, swept_, i, idep_);
-      float estimate;
-      float vif;
-      float spread;  // the quantity under the root, before the division
-      int df;
-      if (InModel(i)) {
-        estimate = ciy;
-        vif = scale_(i) * cii;
-        spread = cii * rss;
-        df = dfIn;
-      } else {
-        if (cii == 0.0f) {
-          estimate = 0.0f;
-          vif = kInfinity;
-          spread = 0.0f;
-        } else {
-          estimate = ciy / cii;
-          vif = scale_(i) / cii;
-          spread = rss / cii - estimate * estimate;
-        }
-        df = dfOut;
-      }
-      float stdError = kNaN;
-      if (df > 0) {
-        const float variance = spread / static_cast<float>(df);
-        if (!(variance < 0.0f)) stdError = std::sqrt(variance);
-      }
-      const int row = CoefRow(i);
-      coef_(row, 1) = estimate;
-      coef_(row, 2) = stdError;
-      C1T(estimate, stdError, df, coef_(row, 3), coef_(row, 4));
-      coef_(row, 5) = vif;
+      const VariableFit fit = FitOf(i);
+      t_(i) = GuardedDivide(fit.estimate, fit.stdError);
     }
   }
 
   void FillAov(StepAovTable& aov) const {
-    const float sse = covs_(idep_, idep_);
-    const float ssr = scale_(idep_) - sse;
+    const float sse = matrix_.Diagonal(idep_);
+    const float ssr = matrix_.Scale(idep_) - sse;
     AovTable full;
     G1AOV(static_cast<float>(nvin_), ssr, static_cast<float>(nobs_ - nvin_ - 1), sse, 0.0f, full);
     for (int e = 1; e <= StepAovTable::Size(); ++e) aov(e) = full(e);
@@ -207,18 +248,16 @@ class Stepper {
   const int idep_;
   const RstepOptions& options_;
   const Array<int, 1>& level_;
-  Array<float, 2>& covs_;
-  Array<float, 2>& coef_;
-  Array<float, 1> scale_;
-  Array<float, 1> swept_;
+  SweptMatrix matrix_;
+  Array<float, 1> t_;
   Array<float, 1> hist_;
   int nvin_ = 0;
 };
 
 }  // namespace
 
-void RSTEP(int NVAR, const Array<float, 2>& COV, int NOBS, const RstepOptions& options, StepAovTable& AOV,
-           Array<float, 2>& COEF, Array<float, 2>& COVS, Array<float, 1>* SCALE, Array<float, 1>* HIST, int* IEND) {
+void RSTEP(int NVAR, const SymmetricRows& COV, int NOBS, const RstepOptions& options, StepAovTable& AOV,
+           Array<float, 2>& COEF, Array<float, 1>* SCALE, Array<float, 1>* HIST, int* IEND, Array<float, 2>* COVS) {
   Array<int, 1> defaultLevel;
   if (options.LEVEL == nullptr && NVAR >= 1) {
     defaultLevel.Allocate(NVAR);
@@ -229,61 +268,23 @@ void RSTEP(int NVAR, const Array<float, 2>& COV, int NOBS, const RstepOptions& o
   int idep = 0;
   if (!CheckArguments(NVAR, options, level, idep)) return;
 
-  Stepper stepper(NVAR, NOBS, idep, options, level, COVS, COEF);
-  stepper.SetUp(COV);
+  Stepper stepper(NVAR, NOBS, idep, options, level, COV);
   const int end = stepper.Run(AOV);
   if (stepper.NumIn() < 1) {
     AOV.Fill(kNaN);
     RaiseError(SeverityWarning, "RSTEP",
                "No variables entered the model.  All elements of AOV are set to NaN (not a number).");
   }
-  if (SCALE != nullptr) *SCALE = stepper.Scale();
+  stepper.FillCoef(COEF);
+  if (SCALE != nullptr) stepper.FillScale(*SCALE);
   if (HIST != nullptr) *HIST = stepper.Hist();
   if (IEND != nullptr) *IEND = end;
+  if (COVS != nullptr) stepper.FillCovs(*COVS);
 }
 
-void GSWEP(int NVAR, int k, float TOL, const Array<float, 1>& SCALE, Array<float, 1>& SWEPT, Array<float, 2>& COVS) {
-  const float p = COVS(k, k);
-  if (SWEPT(k) <= 0.0f) {
-    // A pivot this small, or one that would leave a swept variable with
-    // almost no variance of its own, would make the model collinear.
-    bool refused = p <= TOL * SCALE(k);
-    for (int i = 1; i <= NVAR && !refused; ++i) {
-      if (SWEPT(i) <= 0.0f) continue;
-      const float aik = i < k ? COVS(i, k) : COVS(k, i);
-      refused = 1.0f / (aik * aik / p + COVS(i, i)) < TOL * SCALE(i);
-    }
-    if (refused) {
-      for (int j = 1; j <= NVAR; ++j) {
-        COVS(k, j) = 0.0f;
-        COVS(j, k) = 0.0f;
-      }
-      return;
-    }
-  }
-
-  const float d = 1.0f / p;
-  // The multiplier of each row comes from row and column k, which the
-  // update below leaves alone; every other element takes one update of its
-  // own, so the triangle can be walked column by column.
-  Array<float, 1> w(NVAR);
-  for (int i = 1; i < k; ++i) w(i) = -d * COVS(i, k);
-  for (int i = k + 1; i <= NVAR; ++i) w(i) = SWEPT(i) * (-(d * SWEPT(k))) * COVS(k, i);
-  for (int j = 1; j < k; ++j) {
-    const float sj = SWEPT(j);
-    const float ajk = COVS(j, k);
-    for (int i = 1; i <= j; ++i) COVS(i, j) = COVS(i, j) + sj * w(i) * SWEPT(k) * ajk;
-  }
-  for (int j = k + 1; j <= NVAR; ++j) {
-    const float akj = COVS(k, j);
-    for (int i = 1; i < k; ++i) COVS(i, j) = COVS(i, j) + w(i) * akj;
-    for (int i = k + 1; i <= j; ++i) COVS(i, j) = COVS(i, j) + w(i) * akj;
-  }
-
-  for (int j = k + 1; j <= NVAR; ++j) COVS(k, j) = COVS(k, j) * d;
-  for (int i = 1; i < k; ++i) COVS(i, k) = COVS(i, k) * -d;
-  COVS(k, k) = d;
-  SWEPT(k) = -SWEPT(k);
+void RSTEP(int NVAR, const Array<float, 2>& COV, int NOBS, const RstepOptions& options, StepAovTable& AOV,
+           Array<float, 2>& COEF, Array<float, 1>* SCALE, Array<float, 1>* HIST, int* IEND, Array<float, 2>* COVS) {
+  RSTEP(NVAR, WholeMatrix(NVAR, COV), NOBS, options, AOV, COEF, SCALE, HIST, IEND, COVS);
 }
 
 void C1T(float estimate, float stdError, int df, float& t, float& p) {

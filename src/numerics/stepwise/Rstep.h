@@ -1,11 +1,12 @@
 #pragma once
 // Stepwise regression on a matrix of variances and covariances.  The engine
-// never sees the data: it sweeps a copy of the matrix it is given, one
-// variable in or out per step, and reads every statistic off the swept
-// matrix.  All arithmetic is 32-bit; selections near the thresholds depend
-// on that.
+// never sees the data: it sweeps the matrix it is given, one variable in or
+// out per step, and reads every statistic off the swept matrix, forming of
+// it only what it reads (SweptMatrix.h).  All arithmetic is 32-bit;
+// selections near the thresholds depend on that.
 
 #include "core/Array.h"
+#include "numerics/stepwise/SweptMatrix.h"
 
 namespace tov {
 
@@ -30,29 +31,29 @@ struct RstepOptions {
   const Array<int, 1>* LEVEL = nullptr;
 };
 
-// Runs the selection on the upper triangle of COV [NVAR, NVAR] for data of
-// NOBS observations.
+// Runs the selection on the upper triangle of COV [NVAR, NVAR], given a
+// row at a time, for data of NOBS observations.
 //   AOV                fit of the final model; all NaN when none entered
 //   COEF [NVAR-1, 5]   per variable in index order, the dependent one
 //                      skipped: estimate, standard error, t, two-sided p,
 //                      variance inflation factor
-//   COVS [NVAR, NVAR]  the swept matrix, upper triangle
 //   SCALE [NVAR]       the diagonal of COV
 //   HIST [NVAR]        0 never in the model, +s entered at step s,
 //                      -s left at step s
 //   IEND               1 when the selection came to rest
+//   COVS [NVAR, NVAR]  the swept matrix, upper triangle (the elements below
+//                      the diagonal are not written); forming it costs a
+//                      replay of every row, so ask for it only when needed
 // A failed argument check raises its message and leaves every output as it
 // was.  COV is never changed.
-void RSTEP(int NVAR, const Array<float, 2>& COV, int NOBS, const RstepOptions& options, StepAovTable& AOV,
-           Array<float, 2>& COEF, Array<float, 2>& COVS, Array<float, 1>* SCALE = nullptr,
-           Array<float, 1>* HIST = nullptr, int* IEND = nullptr);
+void RSTEP(int NVAR, const SymmetricRows& COV, int NOBS, const RstepOptions& options, StepAovTable& AOV,
+           Array<float, 2>& COEF, Array<float, 1>* SCALE = nullptr, Array<float, 1>* HIST = nullptr,
+           int* IEND = nullptr, Array<float, 2>* COVS = nullptr);
 
-// Sweeps variable k of the upper triangle of COVS [NVAR, NVAR] in (SWEPT(k)
-// at most 0) or out.  SWEPT(i) is -1 for a variable not swept and +1 for a
-// swept one.  On the way in a pivot at or below TOL * SCALE(k), or one that
-// would make a swept variable collinear, is refused: row and column k become
-// 0.0 and SWEPT(k) stays as it was.
-void GSWEP(int NVAR, int k, float TOL, const Array<float, 1>& SCALE, Array<float, 1>& SWEPT, Array<float, 2>& COVS);
+// The same on a matrix held whole; only its upper triangle is read.
+void RSTEP(int NVAR, const Array<float, 2>& COV, int NOBS, const RstepOptions& options, StepAovTable& AOV,
+           Array<float, 2>& COEF, Array<float, 1>* SCALE = nullptr, Array<float, 1>* HIST = nullptr,
+           int* IEND = nullptr, Array<float, 2>* COVS = nullptr);
 
 // t = estimate / stdError by a guarded division, and its two-sided p-value
 // with df degrees of freedom: NaN for a NaN t or df 0, 0.0 for an infinite t.

@@ -1,41 +1,37 @@
 #include "numerics/stepwise/StepChoice.h"
 
 #include <cmath>
+#include <vector>
 
 namespace tov {
 namespace {
 
-bool Eligible(int i, int IDEP, const Array<float, 2>& COEF, const Array<int, 1>& LEVEL, int level) {
-  const int row = i < IDEP ? i : i - 1;
-  return i != IDEP && !std::isnan(COEF(row, 4)) && LEVEL(i) == level;
+// The first variable by index, among those in (or out of) the model at the
+// level and with a p that is not NaN, whose absolute t no other beats by
+// `better`.
+template <class Better>
+int Choose(const StepCandidates& c, int level, bool inModel, Better better) {
+  std::vector<char> nanP(static_cast<std::size_t>(c.NVAR) + 1, 0);
+  for (;;) {
+    int chosen = 0;
+    for (int i = 1; i <= c.NVAR; ++i) {
+      if (i == c.IDEP || c.LEVEL(i) != level || (c.HIST(i) > 0.0f) != inModel) continue;
+      if (std::isnan(c.T(i)) || nanP[static_cast<std::size_t>(i)]) continue;
+      if (chosen == 0 || better(std::fabs(c.T(i)), std::fabs(c.T(chosen)))) chosen = i;
+    }
+    if (chosen == 0 || !std::isnan(c.P(chosen))) return chosen;
+    nanP[static_cast<std::size_t>(chosen)] = 1;
+  }
 }
-
-float AbsT(int i, int IDEP, const Array<float, 2>& COEF) { return std::fabs(COEF(i < IDEP ? i : i - 1, 3)); }
 
 }  // namespace
 
-int WeakestInModel(int NVAR, int IDEP, const Array<float, 2>& COEF, const Array<float, 1>& HIST,
-                   const Array<int, 1>& LEVEL, int level) {
-  int weakest = 0;
-  for (int i = 1; i <= NVAR; ++i) {
-    if (!Eligible(i, IDEP, COEF, LEVEL, level) || !(HIST(i) > 0.0f)) continue;
-    if (weakest == 0 || AbsT(i, IDEP, COEF) < AbsT(weakest, IDEP, COEF)) weakest = i;
-  }
-  return weakest;
+int WeakestInModel(const StepCandidates& candidates, int level) {
+  return Choose(candidates, level, true, [](float t, float best) { return t < best; });
 }
 
-int StrongestOutside(int NVAR, int IDEP, const Array<float, 2>& COEF, const Array<float, 1>& HIST,
-                     const Array<int, 1>& LEVEL, int level) {
-  int strongest = 0;
-  float strongestT = -1.0f;
-  for (int i = 1; i <= NVAR; ++i) {
-    if (!Eligible(i, IDEP, COEF, LEVEL, level) || HIST(i) > 0.0f) continue;
-    if (AbsT(i, IDEP, COEF) > strongestT) {
-      strongest = i;
-      strongestT = AbsT(i, IDEP, COEF);
-    }
-  }
-  return strongest;
+int StrongestOutside(const StepCandidates& candidates, int level) {
+  return Choose(candidates, level, false, [](float t, float best) { return t > best; });
 }
 
 }  // namespace tov

@@ -18,6 +18,24 @@ bool FitsTooWell(float adjRSquare) { return adjRSquare > 99.0f && adjRSquare <= 
 
 float ZeroIfNaN(float value) { return std::isnan(value) ? 0.0f : value; }
 
+// The covariance matrix of the centred columns as RSTEP reads it.  The
+// rows it has computed are kept for the retries, which start from the same
+// matrix and pivot mostly on the same variables.
+class CovarianceInput : public SymmetricRows {
+ public:
+  CovarianceInput(const CovarianceRows& rows, int numCols) : rows_(rows), computed_(numCols) {}
+  void Diagonal(Array<float, 1>& diagonal) const override { rows_.Diagonal(diagonal); }
+  void Row(int r, Array<float, 1>& row) const override {
+    Array<float, 1>& kept = computed_(r);
+    if (!kept.IsAllocated()) rows_.Row(r, kept);
+    row = kept;
+  }
+
+ private:
+  const CovarianceRows& rows_;
+  mutable Array<Array<float, 1>, 1> computed_;
+};
+
 }  // namespace
 
 void StepwiseSelection(float PIN, float POUT, int NumVars, int NumObs, const std::int32_t* CodedGenotype,
@@ -28,22 +46,20 @@ void StepwiseSelection(float PIN, float POUT, int NumVars, int NumObs, const std
 
   // Centred columns: the regressors, then the response.  The code sums are
   // exact integers; only the mean is rounded.
+  Array<std::int32_t, 1> sum(NumVars);
+  for (int l = 1; l <= NumObs; ++l)
+    for (int m = 1; m <= NumVars; ++m) sum(m) += code(m, l);
   Array<float, 1> xbar(NumVars);
-  Array<float, 2> centred(NumObs, numCols);
-  for (int m = 1; m <= NumVars; ++m) {
-    std::int32_t sum = 0;
-    for (int l = 1; l <= NumObs; ++l) sum += code(m, l);
-    xbar(m) = static_cast<float>(sum) / count;
-    for (int l = 1; l <= NumObs; ++l) centred(l, m) = static_cast<float>(code(m, l)) - xbar(m);
-  }
+  for (int m = 1; m <= NumVars; ++m) xbar(m) = static_cast<float>(sum(m)) / count;
+  CovarianceRows cov(NumObs, numCols);
+  cov.SetCodedColumns(NumVars, CodedGenotype, xbar.Data());
   float ySum = 0.0f;
   for (int l = 0; l < NumObs; ++l) ySum = ySum + y[l];
   const float ybar = ySum / count;
-  for (int l = 1; l <= NumObs; ++l) centred(l, numCols) = y[l - 1] - ybar;
-
-  Array<float, 2> cov(numCols, numCols);
-  CovarianceOfColumns(NumObs, numCols, centred, cov);
-  centred.Release();
+  Array<float, 1> centred(NumObs);
+  for (int l = 1; l <= NumObs; ++l) centred(l) = y[l - 1] - ybar;
+  cov.SetColumn(numCols, centred.Data());
+  const CovarianceInput input(cov, numCols);
 
   Array<int, 1> level(numCols);
   level.Fill(1);
@@ -60,13 +76,12 @@ void StepwiseSelection(float PIN, float POUT, int NumVars, int NumObs, const std
 
   StepAovTable aov;
   Array<float, 2> coef(numCols - 1, 5);
-  Array<float, 2> covs(numCols, numCols);
   Array<float, 1> hist(numCols);
-  RSTEP(numCols, cov, NumObs, options, aov, coef, covs, nullptr, &hist);
+  RSTEP(numCols, input, NumObs, options, aov, coef, nullptr, &hist);
   for (int runs = 1; runs < kMaxRuns && FitsTooWell(aov(12)); ++runs) {
     options.PIN = options.PIN / 2.0f;
     options.POUT = options.POUT / 2.0f;
-    RSTEP(numCols, cov, NumObs, options, aov, coef, covs, nullptr, &hist);
+    RSTEP(numCols, input, NumObs, options, aov, coef, nullptr, &hist);
   }
 
   int numTerms = 0;

@@ -1,8 +1,10 @@
 #pragma once
-// Stepwise selection of regressors that jointly explain a response: the
-// covariance matrix of the centred data is built once and RSTEP selects on
-// it.  A model that fits too well is selected again with stricter
-// thresholds.
+// Stepwise selection of regressors that jointly explain a response: RSTEP
+// selects on the covariance matrix of the centred data, whose rows are
+// computed as the selection first needs them (the square matrix is never
+// formed; time and memory grow with regressors times steps).  A model that
+// fits too well is selected again with stricter thresholds, on the same
+// rows.
 
 #include <cstdint>
 

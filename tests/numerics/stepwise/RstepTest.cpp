@@ -7,6 +7,7 @@
 #include <string>
 
 #include "numerics/basic/ErrorPolicy.h"
+#include "numerics/stepwise/reference/DenseStepwise.h"
 #include "support/MatrixOf.h"
 
 namespace tov {
@@ -27,7 +28,7 @@ struct StepRun {
     const int nvar = static_cast<int>(cov.Extent(1));
     coef.Allocate(nvar - 1, 5);
     covs.Allocate(nvar, nvar);
-    RSTEP(nvar, cov, nobs, options, aov, coef, covs, &scale, &hist, &iend);
+    RSTEP(nvar, cov, nobs, options, aov, coef, &scale, &hist, &iend, &covs);
   }
 };
 
@@ -40,7 +41,7 @@ class RstepTest : public ::testing::Test {
   void TearDown() override { ERSET(0, 0, 0); }
 };
 
-// ---------------------------------------------------------------- GSWEP
+// ------------------------------------------------- GSWEP of the reference
 
 // A positive definite matrix; the last variable plays the response.
 Array<float, 2> SweepMatrix() {
@@ -52,7 +53,7 @@ TEST_F(RstepTest, SweepingInGivesInverseCoefficientsAndResidual) {
   Array<float, 1> scale(4), swept(4);
   swept.Fill(-1.0f);
   for (int i = 1; i <= 4; ++i) scale(i) = a(i, i);
-  for (int k = 1; k <= 3; ++k) GSWEP(4, k, 1.0e-5f, scale, swept, a);
+  for (int k = 1; k <= 3; ++k) reference::DenseGSWEP(4, k, 1.0e-5f, scale, swept, a);
   // numpy 1.24: inv(A[:3,:3]), inv(A[:3,:3]) @ A[:3,3], A[3,3] - A[3,:3] @ coef.
   const float inverse[3][3] = {{0.452044025f, -0.338050314f, -0.220125786f},
                                {-0.338050314f, 0.600628931f, 0.251572327f},
@@ -81,11 +82,11 @@ TEST_F(RstepTest, SweepRefusesWhenASweptVariableWouldBecomeCollinear) {
   Array<float, 1> scale(3), swept(3);
   swept.Fill(-1.0f);
   for (int i = 1; i <= 3; ++i) scale(i) = a(i, i);
-  GSWEP(3, 1, tolerance, scale, swept, a);
-  GSWEP(3, 2, tolerance, scale, swept, a);
+  reference::DenseGSWEP(3, 1, tolerance, scale, swept, a);
+  reference::DenseGSWEP(3, 2, tolerance, scale, swept, a);
   ASSERT_EQ(swept(2), 1.0f);
   ASSERT_GT(a(3, 3), tolerance * scale(3));  // the first test alone would pass
-  GSWEP(3, 3, tolerance, scale, swept, a);
+  reference::DenseGSWEP(3, 3, tolerance, scale, swept, a);
   EXPECT_EQ(swept(3), -1.0f);
   EXPECT_EQ(a(3, 3), 0.0f);
   EXPECT_EQ(a(1, 3), 0.0f);
@@ -94,7 +95,7 @@ TEST_F(RstepTest, SweepRefusesWhenASweptVariableWouldBecomeCollinear) {
   // With a tenfold smaller tolerance the same pivot is taken.
   Array<float, 2> b = fresh();
   swept.Fill(-1.0f);
-  for (int k = 1; k <= 3; ++k) GSWEP(3, k, tolerance / 10.0f, scale, swept, b);
+  for (int k = 1; k <= 3; ++k) reference::DenseGSWEP(3, k, tolerance / 10.0f, scale, swept, b);
   EXPECT_EQ(swept(3), 1.0f);
   EXPECT_GT(b(3, 3), 0.0f);
 }
@@ -365,7 +366,7 @@ TEST_F(RstepTest, ArgumentChecksRaiseTheirMessagesAndSkipTheWork) {
     int iend = 7;
     ClearLastError();
     testing::internal::CaptureStderr();
-    RSTEP(bad.nvar, cov, 20, options, aov, coef, covs, nullptr, &hist, &iend);
+    RSTEP(bad.nvar, cov, 20, options, aov, coef, nullptr, &hist, &iend, &covs);
     const std::string printed = testing::internal::GetCapturedStderr();
     EXPECT_NE(printed.find(bad.message), std::string::npos) << bad.name << ": " << printed;
     EXPECT_EQ(N1RTY(1), SeverityTerminal) << bad.name;

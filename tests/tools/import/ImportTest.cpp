@@ -1,0 +1,108 @@
+// The importer end to end: a generated cross imported and run gives the
+// tables of the same data written by hand as a project; a real cross of
+// recombinant inbred lines imports, lints clean and gives the LODs of the
+// marker regression of the R package for QTL mapping; what cannot be
+// converted is refused with one message and nothing written.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "tools/ToolRun.h"
+
+namespace fs = std::filesystem;
+using namespace tov::testing_support;
+
+namespace {
+
+const fs::path Data = fs::path(TOV_SOURCE_DIR) / "tests/tools/import";
+
+ToolResult Import(const fs::path& folder, const fs::path& csv, const std::string& options = "") {
+  fs::copy_file(csv, folder / csv.filename());
+  return RunTool(folder, std::string(TOV_IMPORT_EXECUTABLE) + " " + csv.filename().string() + options);
+}
+
+TEST(Import, RoundTripGivesTheTablesOfTheHandWrittenProject) {
+  ScratchFolder imported("import-roundtrip");
+  ASSERT_EQ(0, Import(imported.Path(), Data / "roundtrip/cross.csv", " --name study").Status);
+  EXPECT_EQ(0, RunTool(imported.Path(), TOV_LINT_EXECUTABLE).Status);
+  ScratchFolder direct("import-direct");
+  fs::copy_file(Data / "roundtrip/study.txt", direct.Path() / "study.txt");
+  for (const char* name : {"study.par", "TOV.mio"}) fs::copy_file(imported.Path() / name, direct.Path() / name);
+  for (const fs::path& folder : {imported.Path(), direct.Path()}) RunTool(folder, TOV_EXECUTABLE);
+  for (const char* table : {"study.rsm", "study.qsm", "study.ric", "study.mtp"}) {
+    const std::string fromImport = ReadWholeFile((imported.Path() / table).string());
+    EXPECT_GT(fromImport.size(), 200u) << table;
+    EXPECT_EQ(ReadWholeFile((direct.Path() / table).string()), fromImport) << table;
+  }
+}
+
+// The LODs of the R package, by marker name, one column per trait.
+std::map<std::string, std::vector<double>> ReferenceLods(const fs::path& path) {
+  std::map<std::string, std::vector<double>> lods;
+  std::ifstream file(path);
+  std::string line;
+  std::getline(file, line);  // the header
+  while (std::getline(file, line)) {
+    std::istringstream fields(line);
+    std::string marker, field;
+    std::getline(fields, marker, '\t');
+    for (int skip = 0; skip < 2; ++skip) std::getline(fields, field, '\t');  // chromosome, position
+    while (std::getline(fields, field, '\t')) lods[marker].push_back(std::stod(field));
+  }
+  return lods;
+}
+
+TEST(Import, RealCrossGivesTheLodsOfMarkerRegression) {
+  ScratchFolder folder("import-multitrait");
+  ASSERT_EQ(0, Import(folder.Path(), Data / "multitrait/multitrait.csv").Status);
+  const ToolResult lint = RunTool(folder.Path(), TOV_LINT_EXECUTABLE);
+  EXPECT_EQ(0, lint.Status) << lint.Console;
+  RunTool(folder.Path(), TOV_EXECUTABLE);
+
+  const auto reference = ReferenceLods(Data / "multitrait/multitrait_mr.tsv");
+  std::map<int, std::string> markerName;  // from the marker map
+  std::ifstream map(folder.Path() / "multitrait.map");
+  std::string line;
+  std::getline(map, line);
+  while (std::getline(map, line)) {
+    std::istringstream fields(line);
+    std::string id, name;
+    std::getline(fields, id, '\t');
+    std::getline(fields, name, '\t');
+    markerName[std::stoi(id)] = name;
+  }
+  // Rows of single-marker analysis, read by their fixed columns.
+  std::ifstream rsm(folder.Path() / "multitrait.rsm");
+  std::getline(rsm, line);
+  int compared = 0;
+  double largest = 0.0;
+  while (std::getline(rsm, line)) {
+    if (line.substr(32, 12).find("Mean") != std::string::npos) continue;
+    const int trait = std::stoi(line.substr(0, 12));
+    const int marker = std::stoi(line.substr(44, 12));
+    const double lod = std::stod(line.substr(92, 12));
+    largest = std::max(largest, std::abs(lod - reference.at(markerName.at(marker)).at(trait - 1)));
+    ++compared;
+  }
+  EXPECT_EQ(24 * 117, compared);
+  EXPECT_LT(largest, 1e-3);
+}
+
+TEST(Import, RefusesWhatItCannotConvertAndWritesNothing) {
+  for (const auto& entry : fs::directory_iterator(Data / "refused")) {
+    if (entry.path().extension() != ".csv") continue;
+    ScratchFolder folder("import-refused");
+    const ToolResult result = Import(folder.Path(), entry.path());
+    fs::path expected = entry.path();
+    EXPECT_EQ(2, result.Status) << entry.path();
+    EXPECT_EQ(ReadWholeFile(expected.replace_extension(".expected").string()), result.Console);
+    EXPECT_EQ(1, std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator())) << entry.path();
+  }
+}
+
+}  // namespace
