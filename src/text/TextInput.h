@@ -23,6 +23,8 @@ class TextInput {
   // Steps back over the line just read; after a read that hit the end of
   // the file it only undoes that, so the next read meets the end again.
   void BackOneLine();
+  // Lines not yet read: an upper bound on the rows a reader can still find.
+  std::size_t LinesLeft() const { return lines_.size() - next_; }
 
  private:
   std::vector<std::string> lines_;
