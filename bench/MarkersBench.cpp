@@ -1,5 +1,6 @@
 // Marker preprocessing at the sizes users have: binning of 5,000 markers
-// by 500 lines, and the multicollinearity loop on 200 linked markers.
+// by 500 lines and of 200,000 by 300, and the multicollinearity loop on 200
+// linked markers.
 
 #include <benchmark/benchmark.h>
 
@@ -30,10 +31,11 @@ Array<char, 2> LinkedGenotypes(int numMarkers, int populationSize, double recomb
 
 void BM_BinMarkers(benchmark::State& state) {
   const int numMarkers = static_cast<int>(state.range(0));
-  const Array<char, 2> columns = MarkerColumns(LinkedGenotypes(numMarkers, 500, 0.01, 0.02));
-  for (auto _ : state) benchmark::DoNotOptimize(BinMarkers(numMarkers, 500, columns));
+  const int populationSize = static_cast<int>(state.range(1));
+  const Array<char, 2> columns = MarkerColumns(LinkedGenotypes(numMarkers, populationSize, 0.01, 0.02));
+  for (auto _ : state) benchmark::DoNotOptimize(BinMarkers(numMarkers, populationSize, columns));
 }
-BENCHMARK(BM_BinMarkers)->Arg(5000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BinMarkers)->Args({5000, 500})->Args({200000, 300})->Unit(benchmark::kMillisecond);
 
 void BM_MulticollinearityLoop(benchmark::State& state) {
   const int numMarkers = 200;

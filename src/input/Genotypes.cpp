@@ -37,9 +37,8 @@ void StoreMarkers(const AcceptedMarkers& accepted, std::int32_t populationSize, 
 // One free-format read of the marker name and its genotype tokens.
 bool ReadRow(TextInput& input, std::int32_t populationSize, std::string& name, TokenRow& tokens) {
   FreeFormatRead read(input);
-  bool ok = read.Text(name, MarkerNameLength);
-  for (std::int64_t line = 1; ok && line <= populationSize; ++line) ok = tokens.Read(read, line);
-  return ok && read.Finish();
+  const bool ok = read.Text(name, MarkerNameLength);
+  return ok && tokens.Read(read, populationSize) && read.Finish();
 }
 
 // A marker is informative only when both homozygotes occur; missing

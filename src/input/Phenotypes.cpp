@@ -1,7 +1,9 @@
 #include "input/Phenotypes.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <vector>
 
 #include "core/Messages.h"
 #include "core/RunData.h"
@@ -35,9 +37,8 @@ bool ConvertTokens(std::int32_t numTokens, const TokenRow& tokens, ArrayView<flo
 // One free-format read of the trait name and the value tokens of a row.
 bool ReadRow(TextInput& input, std::int32_t populationSize, std::string& name, TokenRow& tokens) {
   FreeFormatRead read(input);
-  bool ok = read.Text(name, TraitNameLength);
-  for (std::int64_t line = 1; ok && line <= populationSize; ++line) ok = tokens.Read(read, line);
-  return ok && read.Finish();
+  const bool ok = read.Text(name, TraitNameLength);
+  return ok && tokens.Read(read, populationSize) && read.Finish();
 }
 
 }  // namespace
@@ -75,34 +76,45 @@ void ReadPhenotypes(TextInput& input, std::int32_t numTraits, std::int32_t numEn
                     std::int32_t populationSize, Array<float, 4>& phenotype, Array<std::string, 3>& traitName,
                     std::int32_t& statusCode) {
   SkipComments(input);
-  phenotype.Fill(0.0f);
-  traitName.Fill(std::string(TraitNameLength, ' '));
   TokenRow tokens(PhenotypeTokenLength);
-  // Where a row goes when the arrays are not there to take it.
-  std::string nameScratch(TraitNameLength, ' ');
-  Array<float, 1> valueScratch;
-  if (!phenotype.IsAllocated()) valueScratch.Allocate(populationSize);
-
+  // Rows are kept in reading order, each one only once it has been read,
+  // and go into the arrays when the block is complete: counts that the
+  // file cannot back never become an allocation.
+  std::vector<std::string> names;
+  std::vector<Array<float, 1>> rows;
   for (std::int64_t trait = 1; trait <= numTraits; ++trait) {
     const auto traitId = static_cast<std::int32_t>(trait);
     for (std::int64_t env = 1; env <= numEnvs; ++env) {
       for (std::int64_t rep = 1; rep <= numReps; ++rep) {
-        if (!traitName.IsAllocated()) nameScratch.assign(TraitNameLength, ' ');
-        std::string& name = traitName.IsAllocated() ? traitName(trait, env, rep) : nameScratch;
-        const ArrayView<float, 1> values = phenotype.IsAllocated()
-                                               ? ArrayView<float, 1>(&phenotype(1, trait, env, rep), populationSize)
-                                               : valueScratch.View();
+        std::string name(TraitNameLength, ' ');
         if (!ReadRow(input, populationSize, name, tokens)) {
           statusCode = 2405;
           ReportPhenotype(statusCode, traitId, "");
           return;
         }
-        ConvertPhenotypeRow(populationSize, tokens, values, statusCode);
+        Array<float, 1> values;
+        values.Allocate(populationSize);
+        ConvertPhenotypeRow(populationSize, tokens, values.View(), statusCode);
         if (statusCode != 0) {
           statusCode = 2406;
           ReportPhenotype(statusCode, traitId, name);
           return;
         }
+        names.push_back(std::move(name));
+        rows.push_back(std::move(values));
+      }
+    }
+  }
+
+  phenotype.Allocate(populationSize, numTraits, numEnvs, numReps);
+  traitName.Allocate(numTraits, numEnvs, numReps);
+  std::size_t row = 0;
+  for (std::int64_t trait = 1; trait <= numTraits; ++trait) {
+    for (std::int64_t env = 1; env <= numEnvs; ++env) {
+      for (std::int64_t rep = 1; rep <= numReps; ++rep, ++row) {
+        traitName(trait, env, rep) = std::move(names[row]);
+        std::copy_n(rows[row].Data(), populationSize, &phenotype(1, trait, env, rep));
+        rows[row].Release();
       }
     }
   }

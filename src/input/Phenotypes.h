@@ -36,11 +36,10 @@ void ConvertPhenotypeRow(std::int32_t numTokens, TokenRow& tokens, ArrayView<flo
                          std::int32_t& statusCode);
 
 // Reads the block from the input stream, after passing over comment lines
-// once, into phenotype [populationSize, numTraits, numEnvs, numReps] and
-// traitName [numTraits, numEnvs, numReps].  A caller that finds the file
-// too short to hold the block leaves the two arrays unallocated: the rows
-// are then read for their faults alone.  On a fault statusCode holds 2405
-// or 2406 and the messages have been written.
+// once, and allocates and fills phenotype [populationSize, numTraits,
+// numEnvs, numReps] and traitName [numTraits, numEnvs, numReps] once every
+// row has been read.  On a fault statusCode holds 2405 or 2406, the
+// messages have been written and the two arrays are left as they were.
 void ReadPhenotypes(TextInput& input, std::int32_t numTraits, std::int32_t numEnvs, std::int32_t numReps,
                     std::int32_t populationSize, Array<float, 4>& phenotype, Array<std::string, 3>& traitName,
                     std::int32_t& statusCode);

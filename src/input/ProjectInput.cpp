@@ -39,7 +39,9 @@ bool ReadHeadItem(TextInput& input, std::int32_t& item, std::int32_t lowest, std
 bool PassesTriangleTest(RunData& run) {
   const auto pairs = static_cast<std::size_t>(TriangleSize(run.NumMarkers));
   if (pairs == 0) return true;
-  void* triangle = std::malloc(pairs * sizeof(std::int32_t));
+  // Held in a volatile object: an allocation released unused may otherwise
+  // be dropped by the compiler, and the test would pass whatever the count.
+  void* volatile triangle = std::malloc(pairs * sizeof(std::int32_t));
   if (triangle == nullptr) {
     run.StatusCode = 2028;
     ReportInput(run.StatusCode, run.NumMarkers);
@@ -66,38 +68,21 @@ bool ReadHead(TextInput& input, RunData& run) {
          ReadHeadItem(input, run.NumReps, 1, Unbounded, 2024, 2025, run.StatusCode);
 }
 
-// The phenotype block has a row for each trait, environment and
-// replication, and every row takes a line at least.  When the rest of the
-// file has fewer lines the block is bound to fail, and its arrays, sized by
-// counts the file cannot back, are not made: the rows are read for the
-// fault alone.
-bool FileCanHoldPhenotypes(const TextInput& input, const RunData& run) {
-  const std::uint64_t lines = input.LinesLeft();
-  // Compared factor by factor, so that the product cannot overflow.
-  std::uint64_t rows = static_cast<std::uint64_t>(run.NumTraits);
-  for (const std::int32_t factor : {run.NumEnvs, run.NumReps}) {
-    if (rows > lines) return false;
-    rows *= static_cast<std::uint64_t>(factor);
-  }
-  return rows <= lines;
-}
-
 void AllocateTraitNames(RunData& run) {
   run.TraitName.Allocate(run.NumTraits, run.NumEnvs, run.NumReps);
   run.TraitName.Fill(std::string(TraitNameLength, ' '));
 }
 
-void ReadMappingBlock(TextInput& input, RunData& run, bool countsBacked) {
-  if (countsBacked) run.Phenotype.Allocate(run.PopulationSize, run.NumTraits, run.NumEnvs, run.NumReps);
+// The phenotype block allocates its arrays itself, once it has been read in
+// full; the two tables of variances follow it.
+void ReadMappingBlock(TextInput& input, RunData& run) {
   SkipComments(input);
   ReadPhenotypes(input, run.NumTraits, run.NumEnvs, run.NumReps, run.PopulationSize, run.Phenotype, run.TraitName,
                  run.StatusCode);
-  // Made also after a fault in the block, before the status is looked at.
-  if (countsBacked) {
-    const std::int64_t columns = std::int64_t{run.NumEnvs} + 1;
-    run.PhenotypicVariance.Allocate(run.NumTraits, columns);
-    run.TraitEnvStat2.Allocate(run.NumTraits, columns);
-  }
+  if (run.StatusCode != 0) return;
+  const std::int64_t columns = std::int64_t{run.NumEnvs} + 1;
+  run.PhenotypicVariance.Allocate(run.NumTraits, columns);
+  run.TraitEnvStat2.Allocate(run.NumTraits, columns);
 }
 
 }  // namespace
@@ -109,23 +94,25 @@ std::int32_t TriangleSize(std::int32_t numMarkers) {
 }
 
 void ReadProjectInput(RunData& run, std::string_view name) {
-  run.StatusCode = 0;
   const std::string fileName(TrimTrailing(name));
   TextInput input;
   if (!input.Open(fileName)) FatalRuntimeFailure("cannot open " + fileName);
+  ReadProjectInput(run, input);
+}
 
+void ReadProjectInput(RunData& run, TextInput& input) {
+  run.StatusCode = 0;
   if (!ReadHead(input, run)) return;
   SkipComments(input);
   ReadGenotypes(input, run.NumMarkers, run.PopulationSize, run.MarkerCategory, run.MarkerName, run.MarkerType,
                 run.StatusCode);
   if (run.StatusCode != 0) return;
 
-  // A simulation has one trait, in one environment and one replication.
-  const bool countsBacked = run.Indicator != 1 || FileCanHoldPhenotypes(input, run);
-  if (countsBacked) AllocateTraitNames(run);
   if (run.Indicator == 1) {
-    ReadMappingBlock(input, run, countsBacked);
+    ReadMappingBlock(input, run);
   } else {
+    // A simulation has one trait, in one environment and one replication.
+    AllocateTraitNames(run);
     SkipComments(input);
     ReadSimulationModel(run, input);
   }

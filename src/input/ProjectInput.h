@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "core/RunData.h"
+#include "text/TextInput.h"
 
 namespace tov {
 
@@ -21,5 +22,9 @@ std::int32_t TriangleSize(std::int32_t numMarkers);
 // message has been written; the arrays filled so far stay for
 // ReleaseRunData.
 void ReadProjectInput(RunData& run, std::string_view name);
+
+// The same on a file the caller has opened, for a caller that has to
+// answer a file that cannot be opened with a status code of its own.
+void ReadProjectInput(RunData& run, TextInput& input);
 
 }  // namespace tov

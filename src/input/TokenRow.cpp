@@ -8,10 +8,15 @@ void TokenRow::GrowTo(std::int64_t k) {
   if (tokens_.size() < Offset(k + 1)) tokens_.resize(Offset(k + 1), ' ');
 }
 
-bool TokenRow::Read(FreeFormatRead& read, std::int64_t k) {
-  scratch_.assign(Token(k));
-  if (!read.Text(scratch_, width_)) return false;
-  Set(k, scratch_);
+bool TokenRow::Read(FreeFormatRead& read, std::int64_t count) {
+  for (std::int64_t k = 1; k <= count; ++k) {
+    k += read.SkipNulls(count - k + 1);
+    if (k > count) break;
+    const std::string_view before = Token(k);
+    scratch_.assign(before);
+    if (!read.Text(scratch_, width_)) return false;
+    if (scratch_ != before) Set(k, scratch_);
+  }
   return true;
 }
 

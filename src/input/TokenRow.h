@@ -19,9 +19,9 @@ class TokenRow {
  public:
   explicit TokenRow(std::size_t width) : width_(width), blank_(width, ' ') {}
 
-  // Reads the token of LineID k as the next item of the read; tokens are
-  // read in LineID order, so the row grows by one token at most.
-  bool Read(FreeFormatRead& read, std::int64_t k);
+  // Reads the tokens of LineIDs 1 to count as the next items of the read.
+  // Null items leave their tokens alone and do not grow the row.
+  bool Read(FreeFormatRead& read, std::int64_t count);
   // The token of LineID k, at its full width.
   std::string_view Token(std::int64_t k) const;
   // Replaces the token of LineID k, cut or blank-filled to the width.

@@ -1,6 +1,8 @@
 #include "mapping/TwoGroupTest.h"
 
+#include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "mapping/LogDensity.h"
 #include "numerics/basic/LaneSelect.h"
@@ -8,6 +10,14 @@
 namespace tov {
 
 namespace {
+
+// A record value that cannot be formed is NaN, and only that it is NaN
+// means anything: which NaN the arithmetic leaves (its sign, its payload)
+// depends on which operand of a + or a - the compiler puts first when both
+// are NaN, and compilers choose differently in lanes and in scalar code.
+// The record holds the one quiet NaN, so that lanes, the one-marker test and
+// every compiler agree bit for bit.
+float OneNaN(float value) { return std::isnan(value) ? std::numeric_limits<float>::quiet_NaN() : value; }
 
 template <int Lanes>
 __attribute__((always_inline)) inline void TestInLanes(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records) {
@@ -84,12 +94,12 @@ __attribute__((always_inline)) inline void TestInLanes(int n, const char* codes,
   for (int j = 0; j < Lanes; ++j) {
     MarkerTest& record = records[j];
     const float lod = logL1[j] - logL0[j];
-    record.LOD(1) = lod < 0.0f ? 0.0f : lod;
-    record.GroupMean(1) = meanA[j];
-    record.GroupMean(2) = meanB[j];
+    record.LOD(1) = OneNaN(lod < 0.0f ? 0.0f : lod);
+    record.GroupMean(1) = OneNaN(meanA[j]);
+    record.GroupMean(2) = OneNaN(meanB[j]);
     const std::int32_t typed = numA[j] + numB[j];
-    record.GroupFreq(1) = static_cast<float>(numA[j]) / static_cast<float>(typed);
-    record.GroupFreq(2) = static_cast<float>(numB[j]) / static_cast<float>(typed);
+    record.GroupFreq(1) = OneNaN(static_cast<float>(numA[j]) / static_cast<float>(typed));
+    record.GroupFreq(2) = OneNaN(static_cast<float>(numB[j]) / static_cast<float>(typed));
   }
 }
 

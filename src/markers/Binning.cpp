@@ -1,5 +1,11 @@
 #include "markers/Binning.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <queue>
+#include <vector>
+
 #include "core/Log.h"
 #include "text/Format.h"
 
@@ -25,27 +31,145 @@ bool SameGenotypes(int populationSize, GenotypeColumn first, GenotypeColumn seco
 
 namespace {
 
+// The genotypes of every marker as two bit planes over the lines, one for
+// 'A' and one for 'B' ('X' sets neither): two markers disagree exactly when
+// one has 'A' and the other 'B' on a line, which a few word operations
+// tell for 64 lines at once.  The genotype reader leaves no other code.
+class PackedMarkers {
+ public:
+  PackedMarkers(int numMarkers, int populationSize, const Array<char, 2>& columns)
+      : words_((static_cast<std::size_t>(populationSize) + 63) / 64),
+        a_(words_ * (static_cast<std::size_t>(numMarkers) + 1)),
+        b_(a_.size()) {
+    for (int marker = 1; marker <= numMarkers; ++marker)
+      for (int line = 1; line <= populationSize; ++line) {
+        const std::size_t word = Offset(marker) + static_cast<std::size_t>(line - 1) / 64;
+        const std::uint64_t bit = std::uint64_t{1} << ((line - 1) % 64);
+        if (columns(line, marker) == 'A') a_[word] |= bit;
+        if (columns(line, marker) == 'B') b_[word] |= bit;
+      }
+  }
+
+  // SameGenotypes of the two markers.
+  bool Same(int first, int second) const {
+    const std::uint64_t* a1 = &a_[Offset(first)];
+    const std::uint64_t* b1 = &b_[Offset(first)];
+    const std::uint64_t* a2 = &a_[Offset(second)];
+    const std::uint64_t* b2 = &b_[Offset(second)];
+    for (std::size_t w = 0; w < words_; ++w)
+      if (((a1[w] & b2[w]) | (b1[w] & a2[w])) != 0) return false;
+    return true;
+  }
+
+ private:
+  std::size_t Offset(int marker) const { return static_cast<std::size_t>(marker) * words_; }
+
+  std::size_t words_;
+  std::vector<std::uint64_t> a_, b_;
+};
+
+// The markers still in no bin, filed by their genotypes on a few key lines
+// (those with the fewest 'X'), so that a search for the markers that match
+// a given one looks only into the compartments that can hold a match: on a
+// key line where the marker has 'A', those with 'A' or 'X' there; with 'B',
+// 'B' or 'X'; with 'X', all three.  Which markers match does not depend on
+// the order in which they are found, so the bins are those of comparing
+// every pair.
+class UnbinnedIndex {
+ public:
+  UnbinnedIndex(int numMarkers, int populationSize, const Array<char, 2>& columns) : columns_(columns) {
+    // About as many compartments met per search as markers in each.
+    int keys = 0;
+    while (keys < populationSize && keys < 16 && (std::int64_t{1} << (2 * keys)) < numMarkers) ++keys;
+    // The key lines come from the first lines only, which bounds the work
+    // of choosing them.
+    const int candidates = std::min(populationSize, 1024);
+    std::vector<int> missing(static_cast<std::size_t>(candidates) + 1, 0);
+    for (int marker = 1; marker <= numMarkers; ++marker)
+      for (int line = 1; line <= candidates; ++line) missing[line] += columns(line, marker) == 'X';
+    std::vector<int> lines(static_cast<std::size_t>(candidates));
+    for (int line = 1; line <= candidates; ++line) lines[line - 1] = line;
+    std::stable_sort(lines.begin(), lines.end(), [&](int p, int q) { return missing[p] < missing[q]; });
+    keyLines_.assign(lines.begin(), lines.begin() + keys);
+    std::size_t compartments = 1;
+    for (int k = 0; k < keys; ++k) compartments *= 3;
+    compartments_.resize(compartments);
+    for (int marker = 1; marker <= numMarkers; ++marker) compartments_[KeyOf(marker)].push_back(marker);
+  }
+
+  // Calls found(m) for every marker m above `above` whose BinID is 0 and
+  // for which same(m) holds.  Binned markers leave the index as they are
+  // met.
+  template <class Same, class Found>
+  void Search(int marker, int above, const Array<std::int32_t, 1>& binID, Same same, Found found) {
+    auto search = [&](std::vector<int>& members) {
+      std::size_t kept = 0;
+      for (const int m : members) {
+        if (binID(m) != 0) continue;
+        members[kept++] = m;
+      }
+      members.resize(kept);
+      for (auto it = std::upper_bound(members.begin(), members.end(), above); it != members.end(); ++it) {
+        // found may bin *it; it stays in the list until the next visit.
+        if (binID(*it) == 0 && same(*it)) found(*it);
+      }
+    };
+    Visit(marker, 0, 0, search);
+  }
+
+ private:
+  static int Digit(char code) { return code == 'A' ? 0 : code == 'B' ? 1 : 2; }
+
+  std::size_t KeyOf(int marker) const {
+    std::size_t key = 0;
+    for (const int line : keyLines_) key = key * 3 + static_cast<std::size_t>(Digit(columns_(line, marker)));
+    return key;
+  }
+
+  template <class Action>
+  void Visit(int marker, std::size_t k, std::size_t key, Action& action) {
+    if (k == keyLines_.size()) {
+      action(compartments_[key]);
+      return;
+    }
+    const int digit = Digit(columns_(keyLines_[k], marker));
+    for (int d = 0; d < 3; ++d)
+      if (d == digit || d == 2 || digit == 2) Visit(marker, k + 1, key * 3 + static_cast<std::size_t>(d), action);
+  }
+
+  const Array<char, 2>& columns_;
+  std::vector<int> keyLines_;
+  std::vector<std::vector<int>> compartments_;  // MarkerIDs, ascending
+};
+
 void FormBins(int numMarkers, int populationSize, const Array<char, 2>& columns, Array<std::int32_t, 1>& binID) {
-  auto column = [&](int marker) { return &columns(1, marker); };
+  const PackedMarkers packed(numMarkers, populationSize, columns);
+  UnbinnedIndex unbinned(numMarkers, populationSize, columns);
   std::int32_t currentBin = 1;
+  // The members of the current bin still to be visited by its extension,
+  // smallest MarkerID first.
+  std::priority_queue<int, std::vector<int>, std::greater<int>> toVisit;
   for (int i = 1; i <= numMarkers - 1; ++i) {
     if (binID(i) != 0) continue;
-    bool partnerFound = false;
-    for (int j = i + 1; j <= numMarkers; ++j) {
-      if (binID(j) == 0 && SameGenotypes(populationSize, column(j), column(i))) {
-        binID(j) = currentBin;
-        partnerFound = true;
-      }
-    }
-    if (!partnerFound) continue;
-    // One pass of extension: members added above j are visited later in
-    // this pass, members added at or below it are not.  The k loop starts
-    // at 1, so a marker below i that found no partner can still join.
+    unbinned.Search(i, i, binID, [&](int j) { return packed.Same(j, i); },
+                    [&](int j) {
+                      binID(j) = currentBin;
+                      toVisit.push(j);
+                    });
+    if (toVisit.empty()) continue;
+    // One pass of extension over the members above i, ascending: members
+    // added above the one visited are visited later in this pass, members
+    // added at or below it are not.  The search takes markers below i as
+    // well, so one that found no partner can still join.
     binID(i) = currentBin;
-    for (int j = i + 1; j <= numMarkers; ++j) {
-      if (binID(j) != currentBin) continue;
-      for (int k = 1; k <= numMarkers; ++k)
-        if (binID(k) == 0 && SameGenotypes(populationSize, column(k), column(j))) binID(k) = currentBin;
+    while (!toVisit.empty()) {
+      const int j = toVisit.top();
+      toVisit.pop();
+      unbinned.Search(j, 0, binID, [&](int k) { return packed.Same(k, j); },
+                      [&](int k) {
+                        binID(k) = currentBin;
+                        if (k > j) toVisit.push(k);
+                      });
     }
     ++currentBin;
   }

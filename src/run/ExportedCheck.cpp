@@ -9,11 +9,12 @@
 
 // nameLength: the length of the name buffer; name: the file name, not
 // necessarily terminated, blank-filled or cut at a NUL; result: receives
-// the outcome.
+// the outcome, when not null.  A length that is not positive names no file.
 extern "C" __attribute__((visibility("default"))) void CheckErrorTOV(int nameLength, const char* name, int* result) {
-  *result = 0;
+  if (result != nullptr) *result = 0;
   std::string_view buffer;
   if (name != nullptr && nameLength > 0) buffer = std::string_view(name, static_cast<std::size_t>(nameLength));
   buffer = buffer.substr(0, buffer.find('\0'));
-  *result = tov::CheckInputFile(buffer);
+  const int outcome = tov::CheckInputFile(buffer);
+  if (result != nullptr) *result = outcome;
 }

@@ -50,9 +50,6 @@ int StopAfterReader(RunData& run, int code, std::string_view name) {
   return 0;
 }
 
-// Memory that cannot be had is a fatal failure of the run, not a crash.
-void OutOfMemory() { FatalRuntimeFailure("insufficient memory"); }
-
 }  // namespace
 
 std::string OutputBaseOf(std::string_view inputFileName) {
@@ -61,7 +58,7 @@ std::string OutputBaseOf(std::string_view inputFileName) {
 }
 
 int RunDriver() {
-  std::set_new_handler(OutOfMemory);
+  std::set_new_handler(FatalOutOfMemory);
   RunData run;
   if (!LogFile().Create(LogFileName)) FatalRuntimeFailure(std::string("cannot create ") + LogFileName);
   const float cpuStart = ProcessCpuSeconds();

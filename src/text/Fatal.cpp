@@ -11,4 +11,6 @@ void FatalRuntimeFailure(const std::string& what) {
   std::exit(2);
 }
 
+void FatalOutOfMemory() { FatalRuntimeFailure("insufficient memory"); }
+
 }  // namespace tov

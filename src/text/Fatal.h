@@ -9,4 +9,8 @@ namespace tov {
 // files are flushed, and the exit status tells the failure.
 [[noreturn]] void FatalRuntimeFailure(const std::string& what);
 
+// The new-handler of the program: memory that cannot be had is a fatal
+// failure, never a crash.
+[[noreturn]] void FatalOutOfMemory();
+
 }  // namespace tov

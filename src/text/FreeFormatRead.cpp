@@ -1,5 +1,6 @@
 #include "text/FreeFormatRead.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <limits>
@@ -194,6 +195,19 @@ FreeFormatRead::Outcome FreeFormatRead::NextValue(Value& value) {
   }
   repeatLeft_ = count;
   return NextValue(value);
+}
+
+std::int64_t FreeFormatRead::SkipNulls(std::int64_t most) {
+  if (failed_ || most <= 0) return 0;
+  std::int64_t skipped = 0;
+  if (repeatLeft_ > 0 && repeatNull_) {
+    skipped = std::min(most, repeatLeft_);
+    repeatLeft_ -= skipped;
+  } else if (ended_ && repeatLeft_ == 0) {
+    skipped = most;
+  }
+  if (skipped > 0) itemRequested_ = true;
+  return skipped;
 }
 
 template <class Store>

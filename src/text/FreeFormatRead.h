@@ -29,6 +29,11 @@ class FreeFormatRead {
   bool Real(float& item);
   // The text is cut to length characters, or filled with blanks up to it.
   bool Text(std::string& item, std::size_t length);
+  // Passes over up to most of the next items when they are certainly null
+  // (after a slash, or inside a repeat n*), leaving their targets as they
+  // were, without looking at the file; returns how many.  A long run of
+  // nulls thus costs no more than one item.
+  std::int64_t SkipNulls(std::int64_t most);
   // Ends the read; true when every item was read or passed over.  A read
   // of no items still takes one line, and fails at the end of the file.
   bool Finish();

@@ -108,7 +108,26 @@ TEST_F(Run, InputCheckThroughTheSharedLibrary) {
   check(32, buffer, &result);
   EXPECT_EQ(result, 0) << "or at a NUL";
   EXPECT_EQ(ReadWholeFile("TOV.log"), "earlier line\n" + bad + good + good) << "appended, and closed after each call";
+  // Every name that gives no readable file ends in a result, never in the
+  // end of the calling program.
+  fs::create_directory("folder.txt");
+  const struct {
+    int length;
+    const char* name;
+    const char* logged;
+  } unreadable[] = {{11, "missing.txt", "missing.txt"}, {10, "folder.txt", "folder.txt"}, {3, "   ", ""},
+                    {0, "good.txt", ""},               {-5, "good.txt", ""},            {4, nullptr, ""}};
+  for (const auto& c : unreadable) {
+    fs::remove("TOV.log");
+    check(c.length, c.name, &result);
+    EXPECT_EQ(result, 1008) << c.length << " " << (c.name ? c.name : "null");
+    EXPECT_EQ(ReadWholeFile("TOV.log"), "--Error1008: " + std::string(c.logged) +
+                                            " does not exist, and the program stops!\n"
+                                            "--Error1101: error found in DLL! DLL name=DLL CheckErrorTOV\n");
+  }
+  check(8, "good.txt", nullptr);
   dlclose(library);
+  fs::remove("TOV.log");
 
   fs::remove("TOV.log");
   ASSERT_TRUE(LogFile().Create("caller.log"));
