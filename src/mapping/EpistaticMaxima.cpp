@@ -58,10 +58,10 @@ struct PairLines {
 
 // Mean, add1 and add2 of the four cell means, sums from 0.0 in cell order,
 // each product a weight of 0.25 or -0.25 times a mean, NaN replaced by 0.0.
-__attribute__((always_inline)) inline Vector Effect(const Vector* means, const float* weights) {
+__attribute__((always_inline)) inline void Effect(const Vector* means, const float* weights, Vector& effect) {
   Vector sum{};
   for (int k = 0; k < 4; ++k) sum = sum + weights[k] * means[k];
-  return sum == sum ? sum : Vector{};
+  effect = sum == sum ? sum : Vector{};
 }
 
 // The bound of LOD(1) of one pair for the lanes of yt: the sums of squares
@@ -80,11 +80,11 @@ __attribute__((target_clones("avx512f", "avx2", "default"))) void PairBound(cons
   for (int t = 0; t < common; ++t)
     for (int k = 0; k < 4; ++k)
       for (int i = 0; i < Vectors; ++i)
-        cellSum[k].Part[i] = cellSum[k].Part[i] + Load(yt + lines.Cell[k][t] + i * VectorLanes);
+        AddLoaded(cellSum[k].Part[i], yt + lines.Cell[k][t] + i * VectorLanes);
   for (int k = 0; k < 4; ++k)
     for (int t = common; t < lines.CellSize[k]; ++t)
       for (int i = 0; i < Vectors; ++i)
-        cellSum[k].Part[i] = cellSum[k].Part[i] + Load(yt + lines.Cell[k][t] + i * VectorLanes);
+        AddLoaded(cellSum[k].Part[i], yt + lines.Cell[k][t] + i * VectorLanes);
 
   static constexpr float Weights[3][4] = {
       {0.25f, 0.25f, 0.25f, 0.25f}, {0.25f, 0.25f, -0.25f, -0.25f}, {0.25f, -0.25f, 0.25f, -0.25f}};
@@ -92,9 +92,10 @@ __attribute__((target_clones("avx512f", "avx2", "default"))) void PairBound(cons
   for (int i = 0; i < Vectors; ++i) {
     Vector cellMeans[4];
     for (int k = 0; k < 4; ++k) means[k][i] = cellMeans[k] = cellSum[k].Part[i] / static_cast<float>(lines.CellSize[k]);
-    const Vector mean = Effect(cellMeans, Weights[0]);
-    const Vector add1 = Effect(cellMeans, Weights[1]);
-    const Vector add2 = Effect(cellMeans, Weights[2]);
+    Vector mean, add1, add2;
+    Effect(cellMeans, Weights[0], mean);
+    Effect(cellMeans, Weights[1], add1);
+    Effect(cellMeans, Weights[2], add2);
     expected[0][i] = mean + add1 + add2;
     expected[1][i] = mean + add1 - add2;
     expected[2][i] = mean - add1 + add2;
@@ -105,7 +106,8 @@ __attribute__((target_clones("avx512f", "avx2", "default"))) void PairBound(cons
   for (int t = 0; t < n; ++t) {
     const int k = lines.TypedCell[static_cast<std::size_t>(t)];
     for (int i = 0; i < Vectors; ++i) {
-      const Vector y = Load(yt + typed[t] + i * VectorLanes);
+      Vector y;
+      LoadInto(y, yt + typed[t] + i * VectorLanes);
       const Vector d0 = y - mean0[i];
       const Vector d1 = y - means[k][i];
       const Vector d2 = y - expected[k][i];

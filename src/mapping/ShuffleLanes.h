@@ -33,6 +33,16 @@ __attribute__((always_inline)) inline Vector Load(const float* from) {
   return v;
 }
 
+// The same without a vector passing a call, for functions built for one
+// instruction set, where a vector argument or result would change the
+// calling convention.
+__attribute__((always_inline)) inline void LoadInto(Vector& v, const float* from) { std::memcpy(&v, from, sizeof v); }
+__attribute__((always_inline)) inline void AddLoaded(Vector& sum, const float* from) {
+  Vector v;
+  LoadInto(v, from);
+  sum = sum + v;
+}
+
 // Adds y over the listed lines (offsets into yt) in order, lane by lane,
 // from 0.0.
 __attribute__((always_inline)) inline LaneValues SumOver(const std::int32_t* offset, const std::int32_t* end,
