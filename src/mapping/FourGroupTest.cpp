@@ -2,6 +2,7 @@
 
 #include "mapping/LogDensity.h"
 #include "mapping/PairEffects.h"
+#include "numerics/basic/LaneSelect.h"
 
 namespace tov {
 
@@ -11,6 +12,8 @@ void PairLods(float L0, float L1, float L2, FixedArray<float, 2>& LOD) {
   if (LOD(1) < 0.0f) LOD(1) = 0.0f;
   if (LOD(2) < 0.0f) LOD(2) = 0.0f;
   if (LOD(1) > LOD(2)) LOD(1) = LOD(2);
+  LOD(1) = OneNaN(LOD(1));
+  LOD(2) = OneNaN(LOD(2));
 }
 
 void FourGroupTest(int n, const char* codes1, const char* codes2, const float* y, FixedArray<float, 2>& LOD,

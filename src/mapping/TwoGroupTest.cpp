@@ -1,8 +1,6 @@
 #include "mapping/TwoGroupTest.h"
 
-#include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "mapping/LogDensity.h"
 #include "numerics/basic/LaneSelect.h"
@@ -10,14 +8,6 @@
 namespace tov {
 
 namespace {
-
-// A record value that cannot be formed is NaN, and only that it is NaN
-// means anything: which NaN the arithmetic leaves (its sign, its payload)
-// depends on which operand of a + or a - the compiler puts first when both
-// are NaN, and compilers choose differently in lanes and in scalar code.
-// The record holds the one quiet NaN, so that lanes, the one-marker test and
-// every compiler agree bit for bit.
-float OneNaN(float value) { return std::isnan(value) ? std::numeric_limits<float>::quiet_NaN() : value; }
 
 template <int Lanes>
 __attribute__((always_inline)) inline void TestInLanes(int n, const char* codes, std::ptrdiff_t stride, const float* y, MarkerTest* records) {

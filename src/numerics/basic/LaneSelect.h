@@ -7,7 +7,9 @@
 // loop, bit for bit, and the selects vectorise where a branch would not.
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 
 namespace tov {
 
@@ -26,5 +28,13 @@ inline float Choose(bool first, float a, float b) {
   const std::uint32_t mask = MaskOf(first);
   return std::bit_cast<float>((std::bit_cast<std::uint32_t>(a) & mask) | (std::bit_cast<std::uint32_t>(b) & ~mask));
 }
+
+// A value of a record that cannot be formed is NaN, and only that it is NaN
+// means anything: which NaN the arithmetic leaves (its sign, its payload)
+// depends on which operand of a + or a - the compiler puts first when both
+// are NaN, and compilers choose differently in lanes and in scalar code.
+// Records hold the one quiet NaN, so that lanes, the plain routines and
+// every compiler agree bit for bit.
+inline float OneNaN(float value) { return std::isnan(value) ? std::numeric_limits<float>::quiet_NaN() : value; }
 
 }  // namespace tov
