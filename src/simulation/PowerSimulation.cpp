@@ -1,7 +1,5 @@
 #include "simulation/PowerSimulation.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -25,19 +23,6 @@ namespace {
 // busy through a batch, few enough that the rows waiting for their turn
 // stay small.
 constexpr int SimulationsPerThread = 8;
-
-// How many stepwise selections may run at once.  Each holds a few
-// covariance matrices of the kept markers; all of them together stay within
-// half of the machine's memory, so that a run that fits on one thread does
-// not fail for having many.
-int ConcurrentScans(const RunData& run) {
-  if (run.AddIndicator != 1) return WorkerThreads();
-  const double columns = static_cast<double>(run.NumMarkersKept) + 1.0;
-  const double selectionBytes = 4.0 * (4.0 * columns * columns + columns * run.PopulationSize);
-  const double memoryBytes = static_cast<double>(sysconf(_SC_PHYS_PAGES)) * static_cast<double>(sysconf(_SC_PAGESIZE));
-  const double fitting = memoryBytes > 0.0 ? std::floor(0.5 * memoryBytes / selectionBytes) : 1.0;
-  return static_cast<int>(std::clamp(fitting, 1.0, static_cast<double>(WorkerThreads())));
-}
 
 // One method's outcome in one simulation.
 struct MethodResult {
@@ -155,7 +140,7 @@ void PowerSimulation(RunData& run) {
   Array<float, 1> detectedAdd(run.NumMarkersKept);
   const float errorRoot = std::sqrt(run.ErrorVariance);
 
-  const int workers = ConcurrentScans(run);
+  const int workers = WorkerThreads();
   const int batchSize = SimulationsPerThread * workers;
   std::vector<SimulationResult> batch;
   for (int first = 1; first <= run.NumSimulations; first += batchSize) {
