@@ -19,7 +19,7 @@ import numpy as np
 
 from float32 import f32
 import mapping_reference as ref
-from project_files import TABLE_HEADING, input_file, par_file, write
+from project_files import TABLE_HEADING, input_file, par_file, two_traits, write
 
 CASE = "mapping_additive"
 SEED = int(sys.argv[1]) if len(sys.argv) > 1 else 24
@@ -31,23 +31,7 @@ MARKERS = ["M%d" % (m + 1) for m in range(M)]
 GENOTYPES = ["".join(rng.choice(list("AAAAABBBBBX" if m in (2, 6) else "AB"), N)) for m in range(M)]
 code = lambda m, l: ref.code_value(GENOTYPES[m][l])
 
-rows = []
-values = {}
-for t, name in enumerate(["Yield", "Noise"]):
-    for e in range(ENVS):
-        row = []
-        for l in range(N):
-            y = 10 + rng.normal(0, 0.7)
-            if name == "Yield":
-                y += 1.2 * code(0, l) + 0.8 * code(4, l)
-            row.append("%.2f" % y)
-        if e == 1:
-            row[3] = "NA"
-        values[(t, e)] = row
-        rows.append((name, row))
-
-pheno = [[[[f32(-9999.0) if values[(t, e)][l] == "NA" else f32(float(values[(t, e)][l]))] for e in range(ENVS)]
-          for t in range(2)] for l in range(N)]
+rows, pheno = two_traits(rng, N, ENVS, 10, 0.7, lambda l: 1.2 * code(0, l) + 0.8 * code(4, l), 2)
 
 write(CASE, "input", "TOV.mio", ["study.txt", "study.par"])
 write(CASE, "input", "study.txt", input_file(MARKERS, GENOTYPES, 2, rows, ENVS, 1))

@@ -2,6 +2,8 @@
 mapping tables."""
 import os
 
+from float32 import f32
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 PROJECTS = os.path.normpath(os.path.join(HERE, "..", "..", "projects"))
 
@@ -37,3 +39,26 @@ def par_file(sma, sma_lod, add, add_lod, add_pin, epi=0, epi_lod="5.0", epi_pin=
             "! Additive mapping: indicator, LOD, PIN", "%d %s %s" % (add, add_lod, add_pin),
             "! Epistatic mapping: indicator, LOD, PIN", "%d %s %s" % (epi, epi_lod, epi_pin),
             "! Permutation tests", "0 100 0.05", "0 100 0.05", "0 100 0.05"]
+
+
+def two_traits(rng, n, envs, mean, sd, yield_effect, decimals):
+    """The phenotype rows of "Yield" (mean + yield_effect(l) + noise) and
+    "Noise" in envs environments of one replication, written with the given
+    decimals, line 4 missing in environment 2; and the values as float32
+    [line][trait][environment][1], -9999.0 where missing."""
+    rows, values = [], {}
+    for t, name in enumerate(["Yield", "Noise"]):
+        for e in range(envs):
+            row = []
+            for l in range(n):
+                y = mean + rng.normal(0, sd)
+                if name == "Yield":
+                    y += yield_effect(l)
+                row.append("%.*f" % (decimals, y))
+            if e == 1:
+                row[3] = "NA"
+            values[(t, e)] = row
+            rows.append((name, row))
+    pheno = [[[[f32(-9999.0) if values[(t, e)][l] == "NA" else f32(float(values[(t, e)][l]))] for e in range(envs)]
+              for t in range(2)] for l in range(n)]
+    return rows, pheno
