@@ -1,75 +1,50 @@
-"""An independent model of a mapping run's tables, for the expected files of
-the end-to-end projects.  The line values, the two-group test and the
-flagging follow the stated steps in float32 (see float32.py); the R-square
-of the flagged markers, the stepwise model and the additive fit are worked
-out in float64 from closed forms of least squares (scipy for the t
-distribution), which is exact enough for 4 decimals.  Tables are formatted
-with Python's own formatting."""
+"""An independent model of a mapping run's tables.  The line values, the group
+tests, the stepwise sweeps and the flagging follow the stated steps in float32
+(float32.py); the R-square of the flagged terms comes from least squares in
+float64, exact enough for 4 decimals."""
 import numpy as np
 from scipy import stats
 
-from float32 import NAN, f32, log10f
-
-MISSING = f32(-9999.0)
-
-
-def is_missing(v):
-    return np.isnan(v) or abs(v - MISSING) < f32(0.0001)
+from float32 import NAN, f32, is_missing, log10f, total
 
 
 def fill_line(cells):
-    """The missing-cell rule for one line: cells in the stated summing
-    order.  Returns the filled cells, or None for a line without data."""
+    """The missing-cell rule for one line, cells in the stated summing order:
+    the filled cells, or None for a line without data."""
     mask = [0 if is_missing(c) else 1 for c in cells]
     gaps = len(cells) - sum(mask)
     if gaps == len(cells):
         return None
     if gaps == 0:
         return list(cells)
-    s = f32(0.0)
-    for c, k in zip(cells, mask):
-        s = s + c * f32(k)
-    fill = s / f32(len(cells) - gaps)
+    fill = total(c * f32(k) for c, k in zip(cells, mask)) / f32(len(cells) - gaps)
     return [c if k else fill for c, k in zip(cells, mask)]
 
 
 def line_means(pheno, t, e, num_envs, num_reps):
-    """pheno[line][t][e][r] as float32.  e = num_envs + 1 is the mean over
-    all environments, replications outer.  Returns (kept line numbers,
-    means)."""
+    """pheno[line][t][e][r]; e = num_envs + 1 is the mean over all
+    environments, which fills and sums replications outer.  Returns (kept
+    line numbers, means)."""
     kept, means = [], []
-    with np.errstate(all="ignore"):
-        for line, cells in enumerate(pheno, start=1):
-            if e <= num_envs:
-                order = [(e, r) for r in range(num_reps)]
-                filled = fill_line([cells[t][e - 1][r] for r in range(num_reps)])
-                divisor = f32(num_reps)
-            else:
-                # The rule runs over environments inner, replications outer
-                # for the sum of the fill; the mean sums the same way.
-                order = [(env, r) for r in range(num_reps) for env in range(1, num_envs + 1)]
-                filled = fill_line([cells[t][env - 1][r] for env, r in order])
-                divisor = f32(num_reps * num_envs)
-            if filled is None:
-                continue
-            s = f32(0.0)
-            for v in filled:
-                s = s + v
+    for line, cells in enumerate(pheno, start=1):
+        if e <= num_envs:
+            filled = fill_line([cells[t][e - 1][r] for r in range(num_reps)])
+            divisor = f32(num_reps)
+        else:
+            order = [(env, r) for r in range(num_reps) for env in range(num_envs)]
+            filled = fill_line([cells[t][env][r] for env, r in order])
+            divisor = f32(num_reps * num_envs)
+        if filled is not None:
             kept.append(line)
-            means.append(s / divisor)
+            means.append(total(filled) / divisor)
     return kept, means
 
 
 def column_variance(x):
-    with np.errstate(all="ignore"):
-        valid = [v for v in x if not is_missing(v)]
-        m = len(valid)
-        s, ss = f32(0.0), f32(0.0)
-        for v in valid:
-            s = s + v
-            ss = ss + v * v
-        mean = s / f32(m)
-        return ((ss / f32(m) - mean * mean) * f32(m)) / f32(m - 1)
+    valid = [v for v in x if not is_missing(v)]
+    m = f32(len(valid))
+    mean = total(valid) / m
+    return ((total(v * v for v in valid) / m - mean * mean) * m) / f32(len(valid) - 1)
 
 
 def log_density10(y, m, v):
@@ -79,59 +54,99 @@ def log_density10(y, m, v):
     return -(f32(0.5) * a) - ((y - m) * (y - m)) / (f32(2.0) * v) / f32(2.3025851)
 
 
-def two_group_test(codes, y):
-    """codes: a string of genotype letters, y: float32 values."""
-    with np.errstate(all="ignore"):
-        typed = [i for i, c in enumerate(codes) if c in "AB"]
-        a_lines = [i for i in typed if codes[i] == "A"]
-        b_lines = [i for i in typed if codes[i] == "B"]
-        na, nb = len(a_lines), len(b_lines)
-
-        def total(lines, term):
-            s = f32(0.0)
-            for i in lines:
-                s = s + term(i)
-            return s
-
-        m0 = total(typed, lambda i: y[i]) / f32(na + nb)
-        ma = total(a_lines, lambda i: y[i]) / f32(na)
-        mb = total(b_lines, lambda i: y[i]) / f32(nb)
-        fa = f32(na) / f32(na + nb)
-        fb = f32(nb) / f32(na + nb)
-        v0 = total(typed, lambda i: (y[i] - m0) * (y[i] - m0)) / f32(na + nb - 1)
-        v1 = (total(a_lines, lambda i: (y[i] - ma) * (y[i] - ma)) +
-              total(b_lines, lambda i: (y[i] - mb) * (y[i] - mb))) / f32(na + nb - 1)
-        l0 = total(typed, lambda i: log_density10(y[i], m0, v0))
-        l1 = total(typed, lambda i: log_density10(y[i], ma if codes[i] == "A" else mb, v1))
-        lod = l1 - l0
-        if lod < f32(0.0):
-            lod = f32(0.0)
-        return {"LOD": lod, "Mean": (ma, mb), "Freq": (fa, fb)}
-
-
-def has_nan(record):
-    return any(np.isnan(v) for v in (record["LOD"],) + record["Mean"] + record["Freq"])
-
-
-def genetic_variance(record):
-    with np.errstate(all="ignore"):
-        f1, f2 = record["Freq"]
-        m1, m2 = record["Mean"]
-        total = f1 + f2
-        p1, p2 = f1 / total, f2 / total
-        mu = p1 * m1 + p2 * m2
-        q = p1 * (m1 * m1) + p2 * (m2 * m2)
-        vg = q - mu * mu
-        return f32(0.0) if np.isnan(vg) else vg
-
-
 def code_value(c):
     return 1.0 if c == "A" else -1.0 if c == "B" else 0.0
 
 
-def r_square_of_flagged(columns, y):
-    """R-square of the flagged markers: columns of code letters."""
-    return r_square_of_columns([[code_value(c) for c in col] for col in columns], y)
+def two_group_test(codes, y):
+    """codes: genotype letters, y: float32 values."""
+    typed = [i for i, c in enumerate(codes) if c in "AB"]
+    a_lines = [i for i in typed if codes[i] == "A"]
+    b_lines = [i for i in typed if codes[i] == "B"]
+    na, nb = len(a_lines), len(b_lines)
+    m0 = total(y[i] for i in typed) / f32(na + nb)
+    ma = total(y[i] for i in a_lines) / f32(na)
+    mb = total(y[i] for i in b_lines) / f32(nb)
+    fa = f32(na) / f32(na + nb)
+    fb = f32(nb) / f32(na + nb)
+    v0 = total((y[i] - m0) * (y[i] - m0) for i in typed) / f32(na + nb - 1)
+    v1 = (total((y[i] - ma) * (y[i] - ma) for i in a_lines) +
+          total((y[i] - mb) * (y[i] - mb) for i in b_lines)) / f32(na + nb - 1)
+    l0 = total(log_density10(y[i], m0, v0) for i in typed)
+    l1 = total(log_density10(y[i], ma if codes[i] == "A" else mb, v1) for i in typed)
+    lod = l1 - l0
+    return {"LOD": max(lod, f32(0.0)), "Mean": (ma, mb), "Freq": (fa, fb)}
+
+
+def four_group_test(codes1, codes2, y):
+    """The tests of a marker pair: cells 1 .. 4 = AA, AB, BA, BB."""
+    cell = [1 + 2 * (a == "B") + (b == "B") if a in "AB" and b in "AB" else 0
+            for a, b in zip(codes1, codes2)]
+    lines = [i for i, k in enumerate(cell) if k]
+    counts = [sum(1 for i in lines if cell[i] == k) for k in range(1, 5)]
+    n = sum(counts)
+    m0 = total(y[i] for i in lines) / f32(n)
+    means = [total(y[i] for i in lines if cell[i] == k) / f32(counts[k - 1]) for k in range(1, 5)]
+    freqs = [f32(c) / f32(n) for c in counts]
+    mean, add1, add2, _ = pair_effects(means)
+    e = [None, mean + add1 + add2, mean + add1 - add2, mean - add1 + add2, mean - add1 - add2]
+    divisor = f32(n - 1)
+    v0 = total((y[i] - m0) * (y[i] - m0) for i in lines) / divisor
+    v1 = total((y[i] - means[cell[i] - 1]) * (y[i] - means[cell[i] - 1]) for i in lines) / divisor
+    v2 = total((y[i] - e[cell[i]]) * (y[i] - e[cell[i]]) for i in lines) / divisor
+    l0 = total(log_density10(y[i], m0, v0) for i in lines)
+    l1 = total(log_density10(y[i], means[cell[i] - 1], v1) for i in lines)
+    l2 = total(log_density10(y[i], e[cell[i]], v2) for i in lines)
+    lod_aa, lod_total = l1 - l2, l1 - l0
+    lod_aa = f32(0.0) if lod_aa < 0 else lod_aa
+    lod_total = f32(0.0) if lod_total < 0 else lod_total
+    return {"LOD": (min(lod_aa, lod_total), lod_total), "Mean": tuple(means), "Freq": tuple(freqs)}
+
+
+def pair_effects(means):
+    """mean, add1, add2, addbyadd: sums from 0.0 of +-0.25 m, 0.0 when NaN."""
+    out = []
+    for weights in ((1, 1, 1, 1), (1, 1, -1, -1), (1, -1, 1, -1), (1, -1, -1, 1)):
+        s = total(f32(0.25 * w) * m for w, m in zip(weights, means))
+        out.append(f32(0.0) if np.isnan(s) else s)
+    return out
+
+
+def genetic_variance(record):
+    f1, f2 = record["Freq"]
+    m1, m2 = record["Mean"]
+    p1, p2 = f1 / (f1 + f2), f2 / (f1 + f2)
+    mu = p1 * m1 + p2 * m2
+    vg = p1 * (m1 * m1) + p2 * (m2 * m2) - mu * mu
+    return f32(0.0) if np.isnan(vg) else vg
+
+
+def two_way_variance(freqs, means):
+    """VT, V1, V2, V12 of a 2 x 2 table given row by row."""
+    at = lambda a, b: 2 * a + b  # noqa: E731
+    p = [f / total(freqs) for f in freqs]
+    mu = total(p[k] * means[k] for k in range(4))
+    rows = [total(p[at(a, b)] for b in range(2)) for a in range(2)]
+    cols = [total(p[at(a, b)] for a in range(2)) for b in range(2)]
+    row_effect = [total(cols[b] * means[at(a, b)] for b in range(2)) - mu for a in range(2)]
+    col_effect = [total(rows[a] * means[at(a, b)] for a in range(2)) - mu for b in range(2)]
+    inter = [means[at(a, b)] - row_effect[a] - col_effect[b] - mu
+             for a in range(2) for b in range(2)]
+    vt = total(p[k] * (means[k] * means[k]) for k in range(4)) - mu * mu
+
+    def spread(w, x):
+        first = total(wi * xi for wi, xi in zip(w, x))
+        return total(wi * (xi * xi) for wi, xi in zip(w, x)) - first * first
+
+    v1, v2, v12 = spread(rows, row_effect), spread(cols, col_effect), spread(p, inter)
+    scale = vt / (v1 + v2 + v12)
+    v1, v2, v12 = v1 * scale, v2 * scale, v12 * scale
+    return tuple(f32(0.0) if np.isnan(v) else v for v in (v1 + v2 + v12, v1, v2, v12))
+
+
+def has_nan(record):
+    lod = record["LOD"] if isinstance(record["LOD"], tuple) else (record["LOD"],)
+    return any(np.isnan(v) for v in lod + record["Mean"] + record["Freq"])
 
 
 def place(trait, name, env, num_envs):
@@ -143,120 +158,155 @@ def fixed(v):
     v = f32(v)
     if np.isnan(v):
         return "NaN".rjust(12)
+    if np.isinf(v):
+        return ("Infinity" if v > 0 else "-Infinity").rjust(12)
     return "%12.4f" % float(v)
 
 
-def marker_tables(trait, name, env, num_envs, kept_markers, marker_names, records, var_p, threshold, rows_codes,
-                  y):
-    """Rows of the full and the selected table of one pass.  records in
-    kept-marker order; rows_codes the codes of each kept marker over the
-    kept lines."""
+class Pass:
+    """One pass of a mapping run: a trait in one environment, or in all
+    (env = num_envs + 1); rows_codes are the markers' codes over its lines."""
+
+    def __init__(self, pheno, genotypes, markers, trait, name, env, num_envs, num_reps):
+        self.markers, self.trait, self.name, self.env = markers, trait, name, env
+        self.place = place(trait, name, env, num_envs)
+        self.kept, self.y = line_means(pheno, trait - 1, env, num_envs, num_reps)
+        self.var_p = column_variance(self.y)
+        self.rows_codes = [[codes[l - 1] for l in self.kept] for codes in genotypes]
+
+    def marker(self, m):
+        return "%12d" % (m + 1) + " " + self.markers[m].rjust(35)
+
+
+def share(v, base, rsq=None):
+    """100 v / base, times the R-square when given; 0.0 if negative or NaN."""
+    s = (f32(100.0) * v) / base
+    s = s if rsq is None else s * f32(rsq)
+    return f32(0.0) if np.isnan(s) or s < 0 else s
+
+
+def stable_share(v, base, rsq):
+    """The share of a flagged term carries the last bits of the least-squares
+    R-square, which only single precision defines: its printed digits must
+    not move within two units of the last place of the R-square."""
+    near = [f32(rsq)]
+    for _ in range(2):
+        near = [np.nextafter(near[0], f32(-1.0))] + near + [np.nextafter(near[-1], f32(2.0))]
+    printed = {fixed(share(v, base, q)) for q in near}
+    assert len(printed) == 1, "share %s at a rounding edge" % printed
+    return share(v, base, rsq)
+
+
+def marker_tables(p, records, threshold):
+    """Rows of the full and the selected table of a pass, records in marker
+    order; also the selected shares and the R-square."""
     flagged = [not has_nan(r) and r["LOD"] > f32(threshold) for r in records]
-    sum_vg = f32(0.0)
-    for r, flag in zip(records, flagged):
-        if flag:
-            sum_vg = sum_vg + genetic_variance(r)
-    rsq = r_square_of_flagged([codes for codes, flag in zip(rows_codes, flagged) if flag], y)
+    sum_vg = total(genetic_variance(r) for r, flag in zip(records, flagged) if flag)
+    rsq = r_square([[code_value(c) for c in codes]
+                    for codes, flag in zip(p.rows_codes, flagged) if flag], p.y)
     full, selected, shares = [], [], []
-    with np.errstate(all="ignore"):
-        for marker_id, r, flag in zip(kept_markers, records, flagged):
-            if has_nan(r):
-                continue
-            m1, m2 = r["Mean"]
-            add = f32(0.5) * m1 - f32(0.5) * m2
-            vg = genetic_variance(r)
-            head = place(trait, name, env, num_envs) + "%12d" % marker_id + " " + marker_names[marker_id - 1].rjust(35)
-            pve = vg * f32(100.0) / f32(var_p)
-            pve = f32(0.0) if np.isnan(pve) or pve < 0 else pve
-            full.append(head + fixed(r["LOD"]) + fixed(pve) + fixed(add) + fixed(m1) + fixed(m2))
-            if flag:
-                share = (vg * f32(100.0) / sum_vg) * f32(rsq)
-                share = f32(0.0) if np.isnan(share) or share < 0 else share
-                assert_stable_share(lambda q: (vg * f32(100.0) / sum_vg) * q, rsq)
-                shares.append(share)
-                selected.append(head + fixed(r["LOD"]) + fixed(share) + fixed(add) + fixed(m1) + fixed(m2))
+    for m, (r, flag) in enumerate(zip(records, flagged)):
+        if has_nan(r):
+            continue
+        m1, m2 = r["Mean"]
+        vg = genetic_variance(r)
+        head = p.place + p.marker(m) + fixed(r["LOD"])
+        tail = fixed(f32(0.5) * m1 - f32(0.5) * m2) + fixed(m1) + fixed(m2)
+        full.append(head + fixed(share(vg, f32(p.var_p))) + tail)
+        if flag:
+            shares.append(stable_share(vg, sum_vg, rsq))
+            selected.append(head + fixed(shares[-1]) + tail)
     return full, selected, shares, rsq
 
 
-def stepwise(columns, y, pin, pout):
-    """Forward-backward selection by partial t tests, as the covariance
-    sweep decides it: a candidate enters when its p, with the degrees of
-    freedom of the model it would join, is strictly below pin; a member
-    leaves when its p is strictly above pout.  Returns the selected column
-    indices (0-based, ascending), their slopes, the intercept and the
-    adjusted R-square in percent (0.0 when none entered), and the smallest
-    factor by which a p-value of the last step stood from its limit."""
-    n = len(y)
-    yv = np.array(y, dtype=np.float64)
-    x = [np.array([code_value(c) for c in col]) for col in columns]
-
-    def fit(members):
-        design = np.column_stack([np.ones(n)] + [x[j] for j in members])
-        beta, *_ = np.linalg.lstsq(design, yv, rcond=None)
-        resid = yv - design @ beta
-        sse = float(resid @ resid)
-        df = n - len(members) - 1
-        cov = np.linalg.inv(design.T @ design) * sse / df
-        t = np.abs(beta[1:] / np.sqrt(np.diag(cov)[1:]))
-        return beta, sse, t, 2 * (1 - stats.t.cdf(t, df))
-
-    model = []
-    margin = float("inf")
-    for _ in range(4 * len(columns)):
-        if model:
-            _, _, t, p = fit(model)
-            weakest = int(np.argmin(t))
-            margin = min(margin, pout / p[weakest])
-            if p[weakest] > pout:
-                model.pop(weakest)
-                continue
-        best = None
-        for j in range(len(columns)):
-            if j in model or np.var(x[j]) == 0:
-                continue
-            joined = sorted(model + [j])
-            _, _, t, p = fit(joined)
-            k = joined.index(j)
-            if best is None or t[k] > best[1]:
-                best = (j, t[k], p[k])
-        if best is not None and best[2] < pin:
-            model = sorted(model + [best[0]])
-            margin = float("inf")
+def pair_tables(p, records, threshold):
+    """Rows of .rice and .qice of a pass; records in table order, each with
+    its 0-based markers as "Pair"."""
+    flagged = [not has_nan(r) and r["LOD"][0] > f32(threshold) for r in records]
+    sum_vg = total(two_way_variance(r["Freq"], r["Mean"])[0]
+                   for r, flag in zip(records, flagged) if flag)
+    pairs = [r["Pair"] for r, flag in zip(records, flagged) if flag]
+    x = [[code_value(c) for c in codes] for codes in p.rows_codes]
+    rsq = r_square([x[i] for i, _ in pairs] + [x[j] for _, j in pairs] +
+                   [[a * b for a, b in zip(x[i], x[j])] for i, j in pairs], p.y)
+    full, selected, shares = [], [], []
+    for r, flag in zip(records, flagged):
+        if has_nan(r):
             continue
-        if best is not None:
-            margin = min(margin, best[2] / pin)
-        break
-    if not model:
-        return [], [], float(np.mean(yv)), 0.0, margin
-    beta, sse, _, _ = fit(model)
+        head = p.place + p.marker(r["Pair"][0]) + p.marker(r["Pair"][1])
+        head += fixed(r["LOD"][0]) + fixed(r["LOD"][1])
+        tail = "".join(fixed(v) for v in tuple(pair_effects(r["Mean"])[1:]) + r["Mean"])
+        vt, _, _, v12 = two_way_variance(r["Freq"], r["Mean"])
+        full.append(head + fixed(share(v12, f32(p.var_p))) + fixed(share(vt, f32(p.var_p))) + tail)
+        if flag:
+            shares.append(stable_share(vt, sum_vg, rsq))
+            selected.append(head + fixed(stable_share(v12, sum_vg, rsq)) + fixed(shares[-1]) + tail)
+    return full, selected, shares, rsq
+
+
+def least_squares(columns, y):
+    """Intercept and slopes of least squares on numeric columns, and the
+    R-square, in float64."""
+    yv = np.array(y, dtype=np.float64)
+    design = np.column_stack([np.ones(len(y))] + list(np.array(columns, dtype=np.float64)))
+    beta, *_ = np.linalg.lstsq(design, yv, rcond=None)
+    sse = float(((yv - design @ beta) ** 2).sum())
     sst = float(((yv - yv.mean()) ** 2).sum())
-    adj = 100.0 * (1.0 - (sse / (n - len(model) - 1)) / (sst / (n - 1)))
-    return model, list(beta[1:]), float(beta[0]), max(adj, 0.0), margin
+    return beta, (sst - sse) / sst
 
 
-def model_fit(slopes, kept, code):
-    """The fit of a model without its intercept at each kept line (1-based
-    line numbers): slopes maps a 0-based marker to its coefficient, in the
-    order of the terms; code(m, l) the regressor of marker m at line l
-    (0-based); terms added from 0.0 in float32."""
-    fit = []
-    for l in kept:
-        v = f32(0.0)
-        for m, slope in slopes.items():
-            v = v + slope * f32(code(m, l - 1))
-        fit.append(v)
-    return fit
+def r_square(columns, y):
+    """The R-square of the flagged terms; asserts that the correlation matrix
+    is far from singular (else the program would run a stepwise selection)."""
+    if not columns:
+        return 0.0
+    x = np.array(columns, dtype=np.float64)
+    xc = x - x.mean(axis=1, keepdims=True)
+    c = xc @ xc.T / len(y)
+    np.fill_diagonal(c, (xc * xc).sum(axis=1) / (len(y) - 1))
+    assert abs(np.linalg.det(c)) > 0.0001, "the stepwise branch would be taken"
+    return least_squares(columns, y)[1]
+
+
+def stepwise_rows(place, ids, slopes, intercept, adj_r2):
+    """The heading and the row of one .stp block."""
+    return ["TraitID".rjust(12) + " " + "TraitName".rjust(19) + "Environment".rjust(12) +
+            "".join("%12d" % i for i in ids) + "Intercept".rjust(12) + "R-square".rjust(12),
+            place + "".join(fixed(b) for b in slopes + [intercept, adj_r2])]
+
+
+def check_selection(rows_codes, y, model, slopes, intercept, adj_r2):
+    """The estimates of the sweeps agree with least squares in float64."""
+    n, k = len(y), len(model)
+    beta, rsq = least_squares([[code_value(c) for c in rows_codes[m]] for m in model], y)
+    adj = max(100.0 * (1.0 - (1.0 - rsq) * (n - 1) / (n - k - 1)), 0.0) if model else 0.0
+    assert np.allclose(list(beta[1:]) + [beta[0], adj], slopes + [intercept, adj_r2], 1e-5)
+
+
+def model_fit(slopes, rows_codes):
+    """The fit without the intercept at each line: slopes maps a 0-based row
+    of rows_codes to its coefficient, terms in order."""
+    return [total(b * f32(code_value(rows_codes[m][i])) for m, b in slopes.items())
+            for i in range(len(rows_codes[0]))]
+
+
+def additive_records(rows_codes, y, slopes, fit=None):
+    """Each marker tested on the residual of the model with its own term put
+    back."""
+    fit = model_fit(slopes, rows_codes) if fit is None else fit
+    base = [v - f for v, f in zip(y, fit)]
+    records = []
+    for m, codes in enumerate(rows_codes):
+        adj = base
+        if m in slopes:
+            adj = [a + slopes[m] * f32(code_value(c)) for a, c in zip(base, codes)]
+        records.append(two_group_test(codes, adj))
+    return records
 
 
 def column_covariance(x, y):
-    """Sum of x y divided by M, less the product of the two means; 32 bits."""
-    m = len(x)
-    sx, sy, sxy = f32(0.0), f32(0.0), f32(0.0)
-    for a, b in zip(x, y):
-        sx = sx + a
-        sy = sy + b
-        sxy = sxy + a * b
-    return sxy / f32(m) - (sx / f32(m)) * (sy / f32(m))
+    m = f32(len(x))
+    return total(a * b for a, b in zip(x, y)) / m - (total(x) / m) * (total(y) / m)
 
 
 def distance(p, limit):
@@ -265,21 +315,16 @@ def distance(p, limit):
 
 
 def stepwise32(columns, y, pin, pout):
-    """The stepwise selection by covariance sweeps as the rules state it, in
-    float32: centred columns, the covariance matrix by N, sweeps of its
-    upper triangle, estimates read off the swept matrix, the intercept and
-    the adjusted R-square of the analysis of variance.  The p-values that
-    decide a step come from scipy in 64 bits; the margin returned (the
-    smallest factor by which a deciding p stood from its limit) shows that
-    32-bit p-values would decide the same.  Returns (terms 0-based, slopes,
-    intercept, adjusted R-square, margin) with float32 numbers."""
+    """The stepwise selection by covariance sweeps: centred columns, their
+    covariance matrix by N, sweeps of its upper triangle, estimates read off
+    the swept matrix.  The p-values that decide a step come from scipy in 64
+    bits; the margin returned (the smallest factor by which a deciding p
+    stood from its limit) shows that 32-bit ones would decide the same.
+    Returns (terms 0-based, slopes, intercept, adjusted R-square, margin)."""
     v, n = len(columns), len(y)
     xbar = [f32(sum(int(code_value(c)) for c in col)) / f32(n) for col in columns]
     cols = [[f32(code_value(c)) - xbar[m] for c in col] for m, col in enumerate(columns)]
-    s = f32(0.0)
-    for value in y:
-        s = s + value
-    ybar = s / f32(n)
+    ybar = total(y) / f32(n)
     cols.append([value - ybar for value in y])
     nvar = v + 1
     cov = [[column_covariance(cols[i], cols[j]) for j in range(nvar)] for i in range(nvar)]
@@ -326,23 +371,22 @@ def stepwise32(columns, y, pin, pout):
         def statistics(nvin):
             rss = a[idep][idep]
             out = []
-            with np.errstate(all="ignore"):
-                for i in range(v):
-                    if hist[i] > 0:
-                        est = a[i][idep]
-                        df = n - nvin - 1
-                        se = np.sqrt(a[i][i] * rss / f32(df)) if df > 0 else NAN
+            for i in range(v):
+                if hist[i] > 0:
+                    est = a[i][idep]
+                    df = n - nvin - 1
+                    se = np.sqrt(a[i][i] * rss / f32(df)) if df > 0 else NAN
+                else:
+                    df = n - nvin - 2
+                    if a[i][i] == 0:
+                        est, inner = f32(0.0), f32(0.0)
                     else:
-                        df = n - nvin - 2
-                        if a[i][i] == 0:
-                            est, inner = f32(0.0), f32(0.0)
-                        else:
-                            est = a[i][idep] / a[i][i]
-                            inner = rss / a[i][i] - est * est
-                        se = np.sqrt(inner / f32(df)) if df > 0 and inner >= 0 else NAN
-                    t = est / se
-                    p = NAN if np.isnan(t) or df == 0 else 2 * stats.t.sf(abs(float(t)), df)
-                    out.append((est, t, p))
+                        est = a[i][idep] / a[i][i]
+                        inner = rss / a[i][i] - est * est
+                    se = np.sqrt(inner / f32(df)) if df > 0 and inner >= 0 else NAN
+                t = est / se
+                p = NAN if np.isnan(t) or df == 0 else 2 * stats.t.sf(abs(float(t)), df)
+                out.append((est, t, p))
             return out
 
         nvin, step, margin = 0, 0, float("inf")
@@ -378,8 +422,7 @@ def stepwise32(columns, y, pin, pout):
             sse = a[idep][idep]
             ssr = scale[idep] - sse
             dfr, dfe = f32(nvin), f32(n - nvin - 1)
-            mse = sse / dfe
-            q = mse / ((ssr + sse) / (dfr + dfe))
+            q = (sse / dfe) / ((ssr + sse) / (dfr + dfe))
             adj = f32(0.0) if q > 1 else f32(100.0) * (f32(1.0) - q)
         return hist, stat, adj, margin
 
@@ -391,166 +434,6 @@ def stepwise32(columns, y, pin, pout):
         runs += 1
     terms = [i for i in range(v) if hist[i] > 0.5]
     coef = [stat[i][0] if hist[i] > 0.5 else f32(0.0) for i in range(v)]
-    s = f32(0.0)
-    for i in range(v):
-        s = s + coef[i] * xbar[i]
-    intercept = ybar - s
+    intercept = ybar - total(coef[i] * xbar[i] for i in range(v))
     adj = f32(0.0) if np.isnan(adj) else adj
     return terms, [coef[i] for i in terms], intercept, adj, margin
-
-
-def four_group_test(codes1, codes2, y):
-    """The four-group tests of a marker pair as stated: cells 1 .. 4 =
-    AA, AB, BA, BB, one log density per line, float32."""
-    with np.errstate(all="ignore"):
-        cell = [1 + 2 * (a == "B") + (b == "B") if a in "AB" and b in "AB" else 0 for a, b in zip(codes1, codes2)]
-        lines = [i for i, k in enumerate(cell) if k]
-        counts = [sum(1 for i in lines if cell[i] == k) for k in range(1, 5)]
-        total = sum(counts)
-
-        def add(terms):
-            s = f32(0.0)
-            for t in terms:
-                s = s + t
-            return s
-
-        m0 = add(y[i] for i in lines) / f32(total)
-        means = [add(y[i] for i in lines if cell[i] == k) / f32(counts[k - 1]) for k in range(1, 5)]
-        freqs = [f32(c) / f32(total) for c in counts]
-        mean, add1, add2, _ = pair_effects(means)
-        e = [None, mean + add1 + add2, mean + add1 - add2, mean - add1 + add2, mean - add1 - add2]
-        divisor = f32(total - 1)
-        v0 = add((y[i] - m0) * (y[i] - m0) for i in lines) / divisor
-        v1 = add((y[i] - means[cell[i] - 1]) * (y[i] - means[cell[i] - 1]) for i in lines) / divisor
-        v2 = add((y[i] - e[cell[i]]) * (y[i] - e[cell[i]]) for i in lines) / divisor
-        l0 = add(log_density10(y[i], m0, v0) for i in lines)
-        l1 = add(log_density10(y[i], means[cell[i] - 1], v1) for i in lines)
-        l2 = add(log_density10(y[i], e[cell[i]], v2) for i in lines)
-        lod_aa, lod_total = l1 - l2, l1 - l0
-        lod_aa = f32(0.0) if lod_aa < 0 else lod_aa
-        lod_total = f32(0.0) if lod_total < 0 else lod_total
-        if lod_aa > lod_total:
-            lod_aa = lod_total
-        return {"LOD": (lod_aa, lod_total), "Mean": tuple(means), "Freq": tuple(freqs)}
-
-
-def pair_effects(means):
-    """mean, add1, add2, addbyadd: sums from 0.0 of +-0.25 m, 0.0 when NaN."""
-    out = []
-    with np.errstate(all="ignore"):
-        for weights in ((1, 1, 1, 1), (1, 1, -1, -1), (1, -1, 1, -1), (1, -1, -1, 1)):
-            s = f32(0.0)
-            for w, m in zip(weights, means):
-                s = s + f32(0.25 * w) * m
-            out.append(f32(0.0) if np.isnan(s) else s)
-    return out
-
-
-def two_way_variance(r, c, freqs, means):
-    """VT, V1, V2, V12 of an r x c table given row by row, float32."""
-    with np.errstate(all="ignore"):
-        def add(terms):
-            s = f32(0.0)
-            for t in terms:
-                s = s + t
-            return s
-
-        at = lambda a, b: a * c + b
-        total = add(freqs)
-        p = [f / total for f in freqs]
-        mu = add(p[k] * means[k] for k in range(r * c))
-        rows = [add(p[at(a, b)] for b in range(c)) for a in range(r)]
-        cols = [add(p[at(a, b)] for a in range(r)) for b in range(c)]
-        row_effect = [add(cols[b] * means[at(a, b)] for b in range(c)) - mu for a in range(r)]
-        col_effect = [add(rows[a] * means[at(a, b)] for a in range(r)) - mu for b in range(c)]
-        inter = [means[at(a, b)] - row_effect[a] - col_effect[b] - mu for a in range(r) for b in range(c)]
-        vt = add(p[k] * (means[k] * means[k]) for k in range(r * c)) - mu * mu
-
-        def spread(w, x):
-            first = add(wi * xi for wi, xi in zip(w, x))
-            return add(wi * (xi * xi) for wi, xi in zip(w, x)) - first * first
-
-        v1, v2, v12 = spread(rows, row_effect), spread(cols, col_effect), spread(p, inter)
-        scale = vt / (v1 + v2 + v12)
-        v1, v2, v12 = v1 * scale, v2 * scale, v12 * scale
-        vt = v1 + v2 + v12
-        return tuple(f32(0.0) if np.isnan(v) else v for v in (vt, v1, v2, v12))
-
-
-def pair_tables(trait, name, env, num_envs, kept_markers, marker_names, records, var_p, threshold, rows_codes, y):
-    """Rows of .rice and .qice of one pass; records in table order, each
-    with its 0-based marker indices as "Pair"."""
-    flagged = [not has_nan_pair(r) and r["LOD"][0] > f32(threshold) for r in records]
-    sum_vg = f32(0.0)
-    for r, flag in zip(records, flagged):
-        if flag:
-            sum_vg = sum_vg + two_way_variance(2, 2, r["Freq"], r["Mean"])[0]
-    pairs = [r["Pair"] for r, flag in zip(records, flagged) if flag]
-    columns = ([[code_value(c) for c in rows_codes[i]] for i, _ in pairs] +
-               [[code_value(c) for c in rows_codes[j]] for _, j in pairs] +
-               [[code_value(a) * code_value(b) for a, b in zip(rows_codes[i], rows_codes[j])] for i, j in pairs])
-    rsq = r_square_of_columns(columns, y)
-    full, selected, shares = [], [], []
-    with np.errstate(all="ignore"):
-        for r, flag in zip(records, flagged):
-            if has_nan_pair(r):
-                continue
-            i, j = r["Pair"]
-            head = place(trait, name, env, num_envs)
-            for m in (i, j):
-                head += "%12d" % kept_markers[m] + " " + marker_names[kept_markers[m] - 1].rjust(35)
-            _, add1, add2, aa = pair_effects(r["Mean"])
-            vt, _, _, v12 = two_way_variance(2, 2, r["Freq"], r["Mean"])
-            tail = "".join(fixed(v) for v in (add1, add2, aa) + r["Mean"])
-            share = lambda v, base, scale=None: clip_share((f32(100.0) * v) / base if scale is None else
-                                                          ((f32(100.0) * v) / base) * f32(scale))
-            full.append(head + fixed(r["LOD"][0]) + fixed(r["LOD"][1]) + fixed(share(v12, f32(var_p))) +
-                        fixed(share(vt, f32(var_p))) + tail)
-            if flag:
-                pve_aa, pve_total = share(v12, sum_vg, rsq), share(vt, sum_vg, rsq)
-                assert_stable_share(lambda q: ((f32(100.0) * v12) / sum_vg) * q, rsq)
-                assert_stable_share(lambda q: ((f32(100.0) * vt) / sum_vg) * q, rsq)
-                shares.append(pve_total)
-                selected.append(head + fixed(r["LOD"][0]) + fixed(r["LOD"][1]) + fixed(pve_aa) + fixed(pve_total) +
-                                tail)
-    return full, selected, shares, rsq
-
-
-def assert_stable_share(share_of, rsq):
-    """A share carries the last bits of the least-squares R-square, which
-    only single precision defines: the printed digits must not move within
-    two units of its last place."""
-    near = f32(rsq)
-    for _ in range(2):
-        near = np.nextafter(near, f32(-1.0))
-    want = fixed(clip_share(share_of(f32(rsq))))
-    for _ in range(5):
-        assert fixed(clip_share(share_of(near))) == want, "share %s at a rounding edge" % want
-        near = np.nextafter(near, f32(2.0))
-
-
-def clip_share(v):
-    return f32(0.0) if np.isnan(v) or v < 0 else v
-
-
-def has_nan_pair(record):
-    return any(np.isnan(v) for v in record["LOD"] + record["Mean"] + record["Freq"])
-
-
-def r_square_of_columns(columns, y):
-    """R-square of least squares with an intercept on numeric columns, in
-    float64, asserting the determinant branch as r_square_of_flagged does."""
-    if not columns:
-        return 0.0
-    n = len(y)
-    x = np.array(columns, dtype=np.float64)
-    xc = x - x.mean(axis=1, keepdims=True)
-    c = xc @ xc.T / n
-    np.fill_diagonal(c, (xc * xc).sum(axis=1) / (n - 1))
-    assert abs(np.linalg.det(c)) > 0.0001, "the stepwise branch would be taken"
-    yv = np.array(y, dtype=np.float64)
-    design = np.column_stack([np.ones(n)] + list(x))
-    beta, *_ = np.linalg.lstsq(design, yv, rcond=None)
-    sse = float(((yv - design @ beta) ** 2).sum())
-    sst = float(((yv - yv.mean()) ** 2).sum())
-    return (sst - sse) / sst

@@ -3,24 +3,27 @@ simulation; their expected tables are then checked by power_reference.py.
 
 - simulation_power: two chromosomes of linked markers over 60 lines, both
   methods on, 40 simulations at heritability 0.6.  A large QTL on M03, a
-  small one on M11, one on M07, which binning drops (it equals M06), and
-  one on M14, whose 'X' lines give it a share of variance.
+  small one on M11, one on M07, which binning drops (it equals M06), and one
+  on M14, whose 'X' lines give it a share of variance.
 - simulation_no_runs: NumSimulations 0.
 - simulation_heritability_one and _zero: no error, and an infinite one.
-- simulation_epistatic_only: only the epistatic indicator on."""
+- simulation_epistatic_only: only the epistatic indicator on.
+- independent_markers (read by PowerSimulationTest, no expected files): 25
+  unlinked markers over 100 lines, a large QTL on M01, 400 simulations, LOD
+  threshold 0.5 for both methods.  The per-test level that threshold implies:
+  LOD = n/2 log10(SS0 / SS1), so a marker without QTL passes when
+  F(1, n - 2) > (n - 2)(10^(2 LOD / n) - 1)."""
 import os
+import sys
 
 import numpy as np
+from scipy import stats
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-END_TO_END = os.path.normpath(os.path.join(HERE, "..", "..", "projects"))
+sys.path.insert(0, os.path.join(HERE, "..", "..", "mapping", "reference"))
+from projects import PROJECTS, write, write_inputs  # noqa: E402
+
 STATISTICAL = os.path.normpath(os.path.join(HERE, "..", "projects"))
-
-
-def write(folder, name, lines):
-    os.makedirs(folder, exist_ok=True)
-    with open(os.path.join(folder, name), "w") as f:
-        f.write("".join(line + "\n" for line in lines))
 
 
 def chromosomes(rng, n, sizes, r=0.15, missing=0.03):
@@ -36,37 +39,28 @@ def chromosomes(rng, n, sizes, r=0.15, missing=0.03):
     return ["".join(row) for row in rows]
 
 
-def project(case, genotypes, head, positions, effects, sma=1, add=1, epi=0, clock="2026/05/17 09:41:07.250",
-            lod="2.5", condition="30", root=END_TO_END):
-    inputs = os.path.join(root, case, "input")
-    lines = ["! A power simulation", "2", "! NumMarkers", str(len(genotypes)), "! PopulationSize",
-             str(len(genotypes[0])), "! Genotypes"]
-    lines += ["M%02d " % (m + 1) + " ".join(codes) for m, codes in enumerate(genotypes)]
-    lines += ["! NumQTL NumSimulations Heritability", head, " ".join(positions), " ".join(effects)]
-    write(inputs, "study.txt", lines)
-    write(inputs, "study.par", ["! Condition number", condition, "! Single marker analysis", "%d %s" % (sma, lod),
-                                "! Additive mapping", "%d %s 0.01" % (add, lod), "! Epistatic mapping",
-                                "%d 4.0 0.001" % epi])
-    write(inputs, "TOV.mio", ["study.txt", "study.par"])
-    write(os.path.join(root, case), "pinned_clock", [clock])
+def project(case, genotypes, head, positions, effects, sma=1, add=1, epi=0, lod="2.5",
+            condition="30", root=PROJECTS):
+    study = ["! A power simulation", "2", "! NumMarkers", str(len(genotypes)),
+             "! PopulationSize", str(len(genotypes[0])), "! Genotypes"]
+    study += ["M%02d " % (m + 1) + " ".join(codes) for m, codes in enumerate(genotypes)]
+    study += ["! NumQTL NumSimulations Heritability", head, " ".join(positions), " ".join(effects)]
+    par = ["! Condition number", condition, "! Single marker analysis", "%d %s" % (sma, lod),
+           "! Additive mapping", "%d %s 0.01" % (add, lod), "! Epistatic mapping",
+           "%d 4.0 0.001" % epi]
+    write_inputs(case, study, par, "2026/05/17 09:41:07.250", root)
 
 
 rng = np.random.default_rng(716)
 genotypes = chromosomes(rng, 60, [8, 8])
 genotypes[6] = genotypes[5]
-project("simulation_power", genotypes, "4 40 0.6", ["3", "11", "7", "14"], ["0.9", "0.35", "0.5", "-0.45"])
+project("simulation_power", genotypes, "4 40 0.6", ["3", "11", "7", "14"],
+        ["0.9", "0.35", "0.5", "-0.45"])
 small = genotypes[:6]
 project("simulation_no_runs", small, "1 0 0.5", ["2"], ["1.0"])
 project("simulation_heritability_one", small, "2 3 1.0", ["2", "5"], ["1.0", "-0.3"])
 project("simulation_heritability_zero", small, "2 3 0.0", ["2", "5"], ["1.0", "-0.3"])
 project("simulation_epistatic_only", small, "1 5 0.5", ["2"], ["1.0"], sma=0, add=0, epi=1)
-
-# independent_markers (not compared to expected files; its power rows are
-# read by PowerSimulationTest): 25 unlinked markers over 100 lines, a large
-# QTL on M01, 400 simulations, LOD threshold 0.5 for both methods.  The
-# per-test level that threshold implies: LOD = n/2 log10(SS0 / SS1), so a
-# marker without QTL passes when F(1, n - 2) > (n - 2)(10^(2 LOD / n) - 1).
-from scipy import stats  # noqa: E402
 
 n, lod = 100, 0.5
 independent = ["".join(rng.choice(["A", "B"], n)) for _ in range(25)]
