@@ -25,18 +25,14 @@ def line_means(pheno, t, e, num_envs, num_reps):
     """pheno[line][t][e][r]; e = num_envs + 1 is the mean over all
     environments, which fills and sums replications outer.  Returns (kept
     line numbers, means)."""
+    envs = [e - 1] if e <= num_envs else range(num_envs)
+    order = [(env, r) for r in range(num_reps) for env in envs]
     kept, means = [], []
     for line, cells in enumerate(pheno, start=1):
-        if e <= num_envs:
-            filled = fill_line([cells[t][e - 1][r] for r in range(num_reps)])
-            divisor = f32(num_reps)
-        else:
-            order = [(env, r) for r in range(num_reps) for env in range(num_envs)]
-            filled = fill_line([cells[t][env][r] for env, r in order])
-            divisor = f32(num_reps * num_envs)
+        filled = fill_line([cells[t][env][r] for env, r in order])
         if filled is not None:
             kept.append(line)
-            means.append(total(filled) / divisor)
+            means.append(total(filled) / f32(len(order)))
     return kept, means
 
 
@@ -97,10 +93,9 @@ def four_group_test(codes1, codes2, y):
     l0 = total(log_density10(y[i], m0, v0) for i in lines)
     l1 = total(log_density10(y[i], means[cell[i] - 1], v1) for i in lines)
     l2 = total(log_density10(y[i], e[cell[i]], v2) for i in lines)
-    lod_aa, lod_total = l1 - l2, l1 - l0
-    lod_aa = f32(0.0) if lod_aa < 0 else lod_aa
-    lod_total = f32(0.0) if lod_total < 0 else lod_total
-    return {"LOD": (min(lod_aa, lod_total), lod_total), "Mean": tuple(means), "Freq": tuple(freqs)}
+    lod_total = max(l1 - l0, f32(0.0))
+    lod_aa = min(max(l1 - l2, f32(0.0)), lod_total)
+    return {"LOD": (lod_aa, lod_total), "Mean": tuple(means), "Freq": tuple(freqs)}
 
 
 def pair_effects(means):
@@ -145,8 +140,7 @@ def two_way_variance(freqs, means):
 
 
 def has_nan(record):
-    lod = record["LOD"] if isinstance(record["LOD"], tuple) else (record["LOD"],)
-    return any(np.isnan(v) for v in lod + record["Mean"] + record["Freq"])
+    return any(np.isnan(v) for v in np.hstack([record["LOD"], record["Mean"], record["Freq"]]))
 
 
 def place(trait, name, env, num_envs):
@@ -390,33 +384,27 @@ def stepwise32(columns, y, pin, pout):
             return out
 
         nvin, step, margin = 0, 0, float("inf")
-        stat = statistics(nvin)
         while True:
-            step += 1
-            moved = False
-            if nvin > 0:
-                cands = [i for i in range(v) if hist[i] > 0 and not np.isnan(stat[i][2])]
-                if cands:
-                    weakest = min(cands, key=lambda i: (abs(stat[i][1]), i))
-                    margin = min(margin, distance(stat[weakest][2], pout))
-                    if stat[weakest][2] > pout:
-                        sweep(weakest)
-                        nvin -= 1
-                        hist[weakest] = -step
-                        moved = True
-            if not moved:
-                cands = [i for i in range(v) if not hist[i] > 0 and not np.isnan(stat[i][2])]
-                if cands:
-                    best = max(cands, key=lambda i: (abs(stat[i][1]), -i))
-                    margin = min(margin, distance(stat[best][2], pin))
-                    if stat[best][2] < pin:
-                        sweep(best)
-                        nvin += 1
-                        hist[best] = step
-                        moved = True
-            if not moved:
-                break
             stat = statistics(nvin)
+            step += 1
+            tested = [i for i in range(v) if not np.isnan(stat[i][2])]
+            inside = [i for i in tested if hist[i] > 0]
+            if inside:
+                weakest = min(inside, key=lambda i: (abs(stat[i][1]), i))
+                margin = min(margin, distance(stat[weakest][2], pout))
+                if stat[weakest][2] > pout:
+                    sweep(weakest)
+                    nvin, hist[weakest] = nvin - 1, -step
+                    continue
+            outside = [i for i in tested if not hist[i] > 0]
+            if not outside:
+                break
+            best = max(outside, key=lambda i: (abs(stat[i][1]), -i))
+            margin = min(margin, distance(stat[best][2], pin))
+            if not stat[best][2] < pin:
+                break
+            sweep(best)
+            nvin, hist[best] = nvin + 1, step
         adj = NAN
         if nvin > 0:
             sse = a[idep][idep]
