@@ -36,7 +36,8 @@ pair = lambda line: code(codes[1][line]) * code(codes[7][line])  # noqa: E731
 fit = [total(b * code(codes[t - 1][line]) if t <= M else b * pair(line)
              for t, b in zip(terms, coef[1:])) for line in range(N)]
 slopes = {t - 1: b for t, b in zip(terms, coef[1:]) if t <= M}
-out.case("scans", codes=" ".join(codes), y=y, single=fields(ref.two_group_test(c, y) for c in codes),
-         terms=terms, coef=coef, fit=fit,
-         additive=fields(ref.additive_records(codes, y, slopes, fit)))
+single = fields(ref.two_group_test(c, y) for c in codes)
+additive = fields(ref.additive_records(codes, y, slopes, fit))
+out.case("scans", codes=" ".join(codes), y=y, single=single, terms=terms, coef=coef, fit=fit,
+         additive=additive)
 out.write("../data/exact_scans.txt")

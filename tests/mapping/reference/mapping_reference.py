@@ -284,18 +284,20 @@ def model_fit(slopes, rows_codes):
             for i in range(len(rows_codes[0]))]
 
 
-def additive_records(rows_codes, y, slopes, fit=None):
-    """Each marker tested on the residual of the model with its own term put
-    back."""
-    fit = model_fit(slopes, rows_codes) if fit is None else fit
-    base = [v - f for v, f in zip(y, fit)]
-    records = []
-    for m, codes in enumerate(rows_codes):
-        adj = base
+def residual(y, fit, slopes, rows_codes, markers):
+    """y less the fit, with the terms of the given markers put back in turn."""
+    adj = [v - f for v, f in zip(y, fit)]
+    for m in markers:
         if m in slopes:
-            adj = [a + slopes[m] * f32(code_value(c)) for a, c in zip(base, codes)]
-        records.append(two_group_test(codes, adj))
-    return records
+            adj = [a + slopes[m] * f32(code_value(c)) for a, c in zip(adj, rows_codes[m])]
+    return adj
+
+
+def additive_records(rows_codes, y, slopes, fit=None):
+    """Each marker tested on the residual with its own term put back."""
+    fit = model_fit(slopes, rows_codes) if fit is None else fit
+    return [two_group_test(codes, residual(y, fit, slopes, rows_codes, [m]))
+            for m, codes in enumerate(rows_codes)]
 
 
 def column_covariance(x, y):

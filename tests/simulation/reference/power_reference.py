@@ -2,11 +2,10 @@
 model.  usage: power_reference.py PROJECT OUTPUT
 
 PROJECT is a case folder (input/, pinned_clock); OUTPUT a folder where the
-program ran it.  The kept markers are read from OUTPUT's .mtp (preprocessing
-has its own checks); the rest is modelled here: the genetic model, the normal
-deviates of the stream from the pinned clock, the simulated traits, the
-two-group tests, the stepwise selection and the additive scan.  The .psm,
-.pic and .stp of OUTPUT must equal these to the byte."""
+program ran it.  The kept markers are read from OUTPUT's .mtp; the genetic
+model, the normal deviates of the stream, the simulated traits and their
+mappings are modelled here.  OUTPUT's .psm, .pic and .stp must equal these."""
+import difflib
 import os
 import sys
 
@@ -120,12 +119,10 @@ def main(project, output):
             assert not os.path.exists(path), path + " should not exist"
             continue
         with open(path) as f:
-            actual = f.read().split("\n")[:-1]
-        for i, (want, got) in enumerate(zip(expected[ext], actual)):
-            assert want == got, "%s line %d\n expected [%s]\n actual   [%s]" % (ext, i + 1, want, got)
-        assert len(expected[ext]) == len(actual), "%s: %d lines, %d expected" % (
-            ext, len(actual), len(expected[ext]))
-        print(ext, "matches:", len(actual), "lines")
+            actual = f.read()
+        assert actual == "".join(line + "\n" for line in expected[ext]), "\n".join(
+            difflib.unified_diff(expected[ext], actual.split("\n")[:-1], ext, "OUTPUT", lineterm=""))
+        print(ext, "matches:", len(expected[ext]), "lines")
     print("power SMA", [float(x) for x in hits_sma], "additive", [float(x) for x in hits_add])
     print("closest p-value to its limit in a selection: factor", closest)
 

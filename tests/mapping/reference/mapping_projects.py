@@ -1,0 +1,161 @@
+"""Writes the end-to-end mapping projects: their input/ and the expected tables
+of the float32 model of mapping_reference.py.  Their log, console, .coe, .mtp
+and .sta are the program's own, pinned by smaller cases.  Run with
+/usr/bin/python3 from this folder.
+
+- mapping_single_marker: one trait, one environment of two replications.
+  Lines 15 and 16 have no phenotype; marker M3 is 'B' only there, so it is
+  monomorphic among the lines with data and gets no row.  Line 3 misses its
+  second replication, which takes the first one's value.  The LOD threshold
+  is the shortest decimal of M2's LOD in 32 bits, so M2 stands exactly at it
+  and is not significant.  NumEnvs = 1: the "Mean" pass repeats environment 1.
+- mapping_additive: single-marker analysis and additive mapping of two traits
+  in two environments.  "Yield" carries effects at M1 and M5, which the
+  stepwise selection (PIN 0.01) takes in every pass, every deciding p-value
+  well away from its limit; the float32 sweeps make the coefficients, the
+  fit and the adjusted phenotypes the program's to the bit.  "Noise" carries
+  no effect: no term, the intercept the mean, R-square 0.0.  Line 4 has no
+  value in environment 2 and keeps its environment-1 value in the Mean pass.
+- mapping_epistatic: epistatic mapping alone.  "Yield" carries an additive
+  effect at E1, which the selection takes alone, and additive-by-additive
+  effects of E3 with E6 and of E4 with E7; pairs with E1 get its slope back.
+  E2 and E5 have missing codes; many pairs have LODaa bounded by LODtotal.
+- mapping_large: 240 lines, 150 markers with 5% missing codes, three
+  environments of three replications with missing cells and lines missing in
+  a whole environment.  The Mean pass divides its percentages by the variance
+  of the line means summed environments outer.  The seed is one whose shares
+  stand clear of rounding edges; the program's .sta agrees with
+  tests/phenotype/reference/expected_sta.py to 2.5e-4 relative."""
+import numpy as np
+
+from float32 import f32, total
+import mapping_reference as ref
+from projects import (PLACE_HEADING, TABLE_HEADING, Project, columns, marker_heading, par_file,
+                      two_traits)
+
+
+def selection(p, planted, tables):
+    """The stepwise selection of a pass, which must take the planted markers."""
+    model, slopes, intercept, adj_r2, margin = ref.stepwise32(p.rows_codes, p.y, 0.01, 0.02)
+    assert model == planted and margin > 1.1, (p.name, p.env, model, margin)
+    ref.check_selection(p.rows_codes, p.y, model, slopes, intercept, adj_r2)
+    tables["stp"] += ref.stepwise_rows(p.place, [m + 1 for m in model], slopes, intercept, adj_r2)
+    return dict(zip(model, slopes))
+
+
+def code(m, l):
+    """The regressor of marker m at line l of the project being written."""
+    return ref.code_value(genotypes[m][l])
+
+
+# mapping_single_marker
+genotypes = ["AAAAAAAABBBBBBBB", "ABABABABABABABAB", "AAAAAAAAAAAAAABB", "AABBAABBAABBAABB",
+             "AXBAXBABBXAABABX", "AAAABBBBAAAABBBB"]
+rng = np.random.default_rng(82)
+values = [["%.1f" % (10 + 1.5 * code(0, l) + 0.9 * code(5, l) + 0.7 * code(1, l) +
+                     rng.normal(0, 0.6)) for l in range(16)] for _ in range(2)]
+values[0][14] = values[0][15] = values[1][14] = values[1][15] = values[1][2] = "NA"
+project = Project("mapping_single_marker", ["M%d" % m for m in range(1, 7)], genotypes,
+                  [("Yield", values[0]), ("Yield", values[1])], 1, 2)
+tables = {"rsm": [TABLE_HEADING], "qsm": [TABLE_HEADING]}
+for p in project.passes():
+    records = [ref.two_group_test(codes, p.y) for codes in p.rows_codes]
+    lods = [r["LOD"] for r in records]
+    assert lods[1] >= 0.5 and lods[5] > lods[1] + 0.02 and lods[0] > lods[5]
+    assert max(lods[3], lods[4]) < lods[1]
+    threshold = str(lods[1])  # numpy's shortest round-trip form
+    assert f32(threshold) == lods[1]
+    full, selected, shares, rsq = ref.marker_tables(p, records, threshold)
+    assert abs(sum(shares) - 100 * rsq) < 1e-4
+    tables["rsm"] += full
+    tables["qsm"] += selected
+project.write_inputs(par_file(1, threshold, 0, "2.5", "0.01"))
+project.write_tables(tables)
+
+# mapping_additive
+rng = np.random.default_rng(24)
+genotypes = ["".join(rng.choice(list("AAAAABBBBBX" if m in (2, 6) else "AB"), 30))
+             for m in range(8)]
+rows = two_traits(rng, 30, 2, 10, 0.7, lambda l: 1.2 * code(0, l) + 0.8 * code(4, l), 2)
+project = Project("mapping_additive", ["M%d" % m for m in range(1, 9)], genotypes, rows, 2, 1)
+project.write_inputs(par_file(1, "2.0", 1, "2.0", "0.01"))
+tables = {ext: [TABLE_HEADING] for ext in ("rsm", "qsm", "ric", "qic")}
+tables["stp"] = []
+for p in project.passes():
+    records = [ref.two_group_test(codes, p.y) for codes in p.rows_codes]
+    full, selected, _, _ = ref.marker_tables(p, records, 2.0)
+    tables["rsm"] += full
+    tables["qsm"] += selected
+    slopes = selection(p, [0, 4] if p.name == "Yield" else [], tables)
+    records = ref.additive_records(p.rows_codes, p.y, slopes)
+    full, selected, _, _ = ref.marker_tables(p, records, 2.0)
+    tables["ric"] += full
+    tables["qic"] += selected
+project.write_tables(tables)
+
+# mapping_epistatic: each pair on the residual with the terms of its own
+# markers put back, the first marker's first.
+rng = np.random.default_rng(6)
+genotypes = ["".join(rng.choice(list("AAAAABBBBBX" if m in (1, 4) else "AB"), 60))
+             for m in range(7)]
+rows = two_traits(rng, 60, 2, 20, 0.6, lambda l: (0.9 * code(0, l) + 1.1 * code(2, l) * code(5, l) +
+                                                  0.7 * code(3, l) * code(6, l)), 3)
+project = Project("mapping_epistatic", ["E%d" % m for m in range(1, 8)], genotypes, rows, 2, 1)
+project.write_inputs(par_file(0, "3.0", 0, "3.0", "0.01", epi=1, epi_lod="2.0"))
+heading = PLACE_HEADING + marker_heading("1") + marker_heading("2") + columns(
+    "LODaa", "LODtotal", "PVEaa(%)", "PVEtotal(%)", "Add1", "Add2", "AddbyAdd",
+    "M(Q1Q1Q2Q2)", "M(Q1Q1q2q2)", "M(q1q1Q2Q2)", "M(q1q1q2q2)")
+tables = {"rice": [heading], "qice": [heading], "stp": []}
+bounded = 0
+for p in project.passes():
+    slopes = selection(p, [0] if p.name == "Yield" else [], tables)
+    fit = ref.model_fit(slopes, p.rows_codes)
+    records = []
+    for i in range(7):
+        for j in range(i + 1, 7):
+            adj = ref.residual(p.y, fit, slopes, p.rows_codes, (i, j))
+            record = ref.four_group_test(p.rows_codes[i], p.rows_codes[j], adj)
+            records.append(dict(record, Pair=(i, j)))
+            bounded += records[-1]["LOD"][0] == records[-1]["LOD"][1] > 0
+    full, selected, shares, rsq = ref.pair_tables(p, records, 2.0)
+    # The selected PVEtotal share out R-square among the flagged pairs.
+    assert abs(sum(float(s) for s in shares) - 100 * rsq) < 1e-3
+    tables["rice"] += full
+    tables["qice"] += selected
+assert bounded > 0
+project.write_tables(tables)
+
+# mapping_large
+N, M, ENVS, REPS = 240, 150, 3, 3
+rng = np.random.default_rng(11)
+genotypes = ["".join(rng.choice(list("A" * 19 + "B" * 19 + "XX"), N)) for _ in range(M)]
+rows = []
+for name, effects in (("Yield", {10: 0.9, 75: -0.6, 140: 0.4}), ("Height", {30: 2.5})):
+    for e in range(ENVS):
+        for r in range(REPS):
+            row = []
+            for l in range(N):
+                y = 50.0 + 3 * e + rng.normal(0, 1.3) + sum(
+                    a * code(m, l) for m, a in effects.items())
+                row.append("NA" if rng.random() < 0.04 or (l % 37 == 5 and e == 1) else "%.4f" % y)
+            rows.append((name, row))
+markers = ["Chr%d_%03d" % (1 + m // 50, m % 50) for m in range(M)]
+project = Project("mapping_large", markers, genotypes, rows, ENVS, REPS)
+project.write_inputs(par_file(1, "3.0", 0, "2.5", "0.01"))
+tables = {"rsm": [TABLE_HEADING], "qsm": [TABLE_HEADING]}
+order = [(e, r) for r in range(REPS) for e in range(ENVS)]
+for p in project.passes():
+    if p.env > ENVS:
+        means = []
+        for cells in project.pheno:
+            filled = ref.fill_line([cells[p.trait - 1][e][r] for e, r in order])
+            if filled is not None:
+                cube = dict(zip(order, filled))
+                means.append(total(cube[(e, r)] for e in range(ENVS) for r in range(REPS)) /
+                             f32(ENVS * REPS))
+        p.var_p = ref.column_variance(means)
+    records = [ref.two_group_test(codes, p.y) for codes in p.rows_codes]
+    full, selected, _, _ = ref.marker_tables(p, records, "3.0")
+    tables["rsm"] += full
+    tables["qsm"] += selected
+project.write_tables(tables)
