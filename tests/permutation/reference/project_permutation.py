@@ -65,22 +65,19 @@ def make_case(case, clock, markers, genotypes, traits, num_envs, num_reps, value
            "! Epistatic", methods[2], "! Permutations"]
     project.write_inputs(par + ["%d %d %s" % p for p in perms], clock)
     stream = Stream(*(int(x) for x in clock.split()[1].split(".")[0].split(":")))
-    tables, maxima = {}, {}
-    for (on, _, _), ext in zip(perms, ("tsm", "tic", "tice")):
-        if on:
-            tables[ext], maxima[ext] = [PLACE_HEADING + columns("Times", "MaxLOD")], []
+    tests = [(ext, times, alpha) for (on, times, alpha), ext in zip(perms, ("tsm", "tic", "tice"))
+             if on]
+    tables = {ext: [PLACE_HEADING + columns("Times", "MaxLOD")] for ext, _, _ in tests}
+    maxima = {ext: [] for ext, _, _ in tests}
     for p in project.passes(mean_pass=False):
-        for (on, times, _), ext in zip(perms, ("tsm", "tic", "tice")):
-            if on and not (ext == "tice" and len(markers) >= 1001):
-                maximum = pair_maximum if ext == "tice" else marker_maximum
-                for k in range(1, times + 1):
-                    maxima[ext].append(maximum(p.rows_codes, stream.shuffle(p.y)))
-                    tables[ext].append(p.place + "%12d" % k + ref.fixed(maxima[ext][-1]))
-    for (on, times, alpha), ext in zip(perms, ("tsm", "tic", "tice")):
-        if on:
-            pooled = maxima[ext] + [f32(0.0)] * (len(traits) * num_envs * times - len(maxima[ext]))
-            tables[ext].append("Threshold".rjust(12) + " " + "Threshold".rjust(19) +
-                               "Threshold".rjust(12) * 2 + ref.fixed(threshold(pooled, float(alpha))))
+        for ext, times, _ in tests:
+            maximum = pair_maximum if ext == "tice" else marker_maximum
+            for k in range(1, times + 1):
+                maxima[ext].append(maximum(p.rows_codes, stream.shuffle(p.y)))
+                tables[ext].append(p.place + "%12d" % k + ref.fixed(maxima[ext][-1]))
+    for ext, _, alpha in tests:
+        tables[ext].append("Threshold".rjust(12) + " " + "Threshold".rjust(19) +
+                           "Threshold".rjust(12) * 2 + ref.fixed(threshold(maxima[ext], float(alpha))))
     project.write_tables(tables)
 
 
