@@ -1,30 +1,22 @@
 """Writes the end-to-end mapping projects: their input/ and the expected tables
-of the float32 model of mapping_reference.py.  Their log, console, .coe, .mtp
-and .sta are the program's own, pinned by smaller cases.  Run with
+of the float32 model of mapping_reference.py (their log, console, .coe, .mtp
+and .sta are the program's own, pinned by smaller cases).  Run with
 /usr/bin/python3 from this folder.
 
 - mapping_single_marker: one trait, one environment of two replications.
-  Lines 15 and 16 have no phenotype; marker M3 is 'B' only there, so it is
-  monomorphic among the lines with data and gets no row.  Line 3 misses its
-  second replication, which takes the first one's value.  The LOD threshold
-  is the shortest decimal of M2's LOD in 32 bits, so M2 stands exactly at it
-  and is not significant.  NumEnvs = 1: the "Mean" pass repeats environment 1.
-- mapping_additive: single-marker analysis and additive mapping of two traits
-  in two environments.  "Yield" carries effects at M1 and M5, which the
-  stepwise selection (PIN 0.01) takes in every pass, every deciding p-value
-  well away from its limit; the float32 sweeps make the coefficients, the
-  fit and the adjusted phenotypes the program's to the bit.  "Noise" carries
-  no effect: no term, the intercept the mean, R-square 0.0.  Line 4 has no
-  value in environment 2 and keeps its environment-1 value in the Mean pass.
-- mapping_epistatic: epistatic mapping alone.  "Yield" carries an additive
+  Marker M3 is 'B' only at lines 15 and 16, which have no phenotype, so it
+  gets no row; line 3 misses a replication.  The LOD threshold is M2's LOD
+  to the shortest decimal, so M2 stands exactly at it and is not flagged.
+- mapping_additive: single-marker and additive mapping of two traits in two
+  environments; "Yield" carries effects at M1 and M5, which the selection
+  takes in every pass, "Noise" none.  Line 4 has no value in environment 2.
+- mapping_epistatic: epistatic mapping alone; "Yield" carries an additive
   effect at E1, which the selection takes alone, and additive-by-additive
-  effects of E3 with E6 and of E4 with E7; pairs with E1 get its slope back.
-  E2 and E5 have missing codes; many pairs have LODaa bounded by LODtotal.
-- mapping_large: 240 lines, 150 markers with 5% missing codes, three
-  environments of three replications with missing cells and lines missing in
-  a whole environment.  The Mean pass divides its percentages by the variance
-  of the line means summed environments outer.  The seed is one whose shares
-  stand clear of rounding edges; the program's .sta agrees with
+  effects of E3 with E6 and of E4 with E7; E2 and E5 have missing codes.
+- mapping_large: 240 lines, 150 markers, three environments of three
+  replications with missing cells and lines missing in a whole environment.
+  The Mean pass divides its percentages by the variance of the line means
+  summed environments outer.  The program's .sta agrees with
   tests/phenotype/reference/expected_sta.py to 2.5e-4 relative."""
 import numpy as np
 

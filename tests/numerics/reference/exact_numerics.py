@@ -125,8 +125,9 @@ for name, n, centre in (("small", 300, 0.3), ("large", 300, 1234.5), ("few", 31,
 for name, centre in (("small", 0.7), ("large", 5432.1)):
     x = decimals(400, centre, 1.5)
     x[10] = f32("nan")
-    n, mean, s2, s3, s4, lo, hi = 0, 0.0, f32(0), f32(0), f32(0), None, None
-    for v in (v for v in x if not np.isnan(v)):
+    valid = [v for v in x if not np.isnan(v)]
+    n, mean, s2, s3, s4 = 0, 0.0, f32(0), f32(0), f32(0)
+    for v in valid:
         n += 1
         d = float(v) - mean
         e = d / n
@@ -135,7 +136,7 @@ for name, centre in (("small", 0.7), ("large", 5432.1)):
         s3 = f32(float(s3) + d * d * d * (n - 1.0) * (n - 2.0) / (n * n) - 3.0 * e * float(s2))
         s2 = f32(float(s2) + d * d * (n - 1.0) / n)
         mean += e
-        lo, hi = (v if lo is None or v < lo else lo), (v if hi is None or v > hi else hi)
+    lo, hi = min(valid), max(valid)
     c = f32(n)
     var = s2 / (c - f32(1))
     p2 = s2 / c
@@ -162,24 +163,16 @@ out.case("aonew", ni=ni, y=y, aov=table, p=[f_probability(table[8], table[0], ta
 for name, na, nb, nr, centre in (("anway", 40, 3, 4, 81.7), ("anway_small", 3, 2, 2, 0.3)):
     y = decimals(na * nb * nr, centre, 5.0)
     at = lambda a, b, r: y[(a * nb + b) * nr + r]  # noqa: E731
-    cell = [[f32(0)] * nb for _ in range(na)]
-    row, col, grand = [f32(0)] * na, [f32(0)] * nb, f32(0)
-    for a in range(na):
-        for b in range(nb):
-            s = total(at(a, b, r) for r in range(nr))
-            cell[a][b] = s / f32(nr)
-            row[a], col[b], grand = row[a] + s, col[b] + s, grand + s
-    row = [v / f32(nb * nr) for v in row]
-    col = [v / f32(na * nr) for v in col]
-    gm = grand / f32(na * nb * nr)
+    s = [[total(at(a, b, r) for r in range(nr)) for b in range(nb)] for a in range(na)]
+    cell = [[v / f32(nr) for v in sums] for sums in s]
+    row = [total(s[a]) / f32(nb * nr) for a in range(na)]
+    col = [total(s[a][b] for a in range(na)) / f32(na * nr) for b in range(nb)]
+    gm = total(v for sums in s for v in sums) / f32(na * nb * nr)
     sa, sb = total((v - gm) * (v - gm) for v in row), total((v - gm) * (v - gm) for v in col)
-    sab = sse = f32(0)
-    for a in range(na):
-        for b in range(nb):
-            i = cell[a][b] - row[a] - col[b] + gm
-            sab = sab + i * i
-            for r in range(nr):
-                sse = sse + (at(a, b, r) - cell[a][b]) * (at(a, b, r) - cell[a][b])
+    inter = [cell[a][b] - row[a] - col[b] + gm for a in range(na) for b in range(nb)]
+    sab = total(i * i for i in inter)
+    sse = total((at(a, b, r) - cell[a][b]) * (at(a, b, r) - cell[a][b])
+                for a in range(na) for b in range(nb) for r in range(nr))
     ssa, ssb, ssab = f32(nb * nr) * sa, f32(na * nr) * sb, f32(nr) * sab
     dfa, dfb = f32(na - 1), f32(nb - 1)
     table = aov(f32(na * nb - 1), ssa + ssb + ssab, f32(na * nb * (nr - 1)), sse, gm)
