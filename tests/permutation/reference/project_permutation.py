@@ -1,19 +1,15 @@
-"""The end-to-end projects of the permutation test.  Writes each case's
-input/, pinned_clock and the expected permutation tables (.tsm, .tic, .tice):
-shuffles from the stream, the maximum of each shuffle by the method's own
-start rule and the pooled threshold, in float32.  The case's other expected
-files are the program's own output, checked by the mapping projects.
+"""Writes the end-to-end projects of the permutation test: input/,
+pinned_clock and the expected .tsm, .tic and .tice of the float32 model
+(shuffles from the stream, each shuffle's maximum by the method's own start
+rule, the pooled threshold).  Run with /usr/bin/python3.
 
-- permutation_all_methods: two traits in two environments with three
-  replications; trait 2 has 8 lines with data in environment 2, and trait 1
-  misses single values that the line's others fill.  The LOD thresholds of
-  the PAR file (9.0) are above the empirical ones, which replace them all the
-  same.  Each test has more shuffles than are scanned side by side, so that
-  several threads share them.
-- permutation_one_shuffle: one trait, one environment, one shuffle per
-  method: each threshold is that shuffle's maximum (q = 0.95).
-
-Run with /usr/bin/python3 project_permutation.py"""
+- permutation_all_methods: two traits in two environments of three
+  replications; trait 2 has 8 lines with data in environment 2, trait 1
+  misses single values.  The PAR file's LOD thresholds (9.0) lie above the
+  empirical ones, which replace them all the same.  Each test has more
+  shuffles than are scanned side by side, so that threads share them.
+- permutation_one_shuffle: one shuffle per method, whose maximum is the
+  threshold (q = 0.95)."""
 import os
 import sys
 

@@ -1,18 +1,15 @@
 """Writes the input/ folders and pinned clocks of the end-to-end projects of
-simulation; their expected tables are then checked by power_reference.py.
+simulation, whose expected tables power_reference.py checks.
 
-- simulation_power: two chromosomes of linked markers over 60 lines, both
-  methods on, 40 simulations at heritability 0.6.  A large QTL on M03, a
-  small one on M11, one on M07, which binning drops (it equals M06), and one
-  on M14, whose 'X' lines give it a share of variance.
-- simulation_no_runs: NumSimulations 0.
-- simulation_heritability_one and _zero: no error, and an infinite one.
-- simulation_epistatic_only: only the epistatic indicator on.
-- independent_markers (read by PowerSimulationTest, no expected files): 25
-  unlinked markers over 100 lines, a large QTL on M01, 400 simulations, LOD
-  threshold 0.5 for both methods.  The per-test level that threshold implies:
-  LOD = n/2 log10(SS0 / SS1), so a marker without QTL passes when
-  F(1, n - 2) > (n - 2)(10^(2 LOD / n) - 1)."""
+- simulation_power: two chromosomes of linked markers over 60 lines, 40
+  simulations at heritability 0.6; QTL on M03 (large), M11 (small), M07
+  (dropped by binning: it equals M06) and M14 (its 'X' lines give it a share).
+- simulation_no_runs, _heritability_one, _heritability_zero (no error, and an
+  infinite one), _epistatic_only: small variants.
+- independent_markers (read by PowerSimulationTest): 25 unlinked markers, a
+  large QTL on M01, 400 simulations at LOD 0.5, with the level that LOD
+  implies for a marker without QTL: LOD = n/2 log10(SS0 / SS1), so it passes
+  when F(1, n - 2) > (n - 2)(10^(2 LOD / n) - 1)."""
 import os
 import sys
 
