@@ -72,8 +72,9 @@ def make_case(case, clock, markers, genotypes, traits, num_envs, num_reps, value
                 maxima[ext].append(maximum(p.rows_codes, stream.shuffle(p.y)))
                 tables[ext].append(p.place + "%12d" % k + ref.fixed(maxima[ext][-1]))
     for ext, _, alpha in tests:
+        value = threshold(maxima[ext], float(alpha))
         tables[ext].append("Threshold".rjust(12) + " " + "Threshold".rjust(19) +
-                           "Threshold".rjust(12) * 2 + ref.fixed(threshold(maxima[ext], float(alpha))))
+                           "Threshold".rjust(12) * 2 + ref.fixed(value))
     project.write_tables(tables)
 
 
@@ -107,5 +108,5 @@ make_case("permutation_all_methods", "2026/11/23 14:37:05.250", MARKERS, GENOTYP
           ["Yield", "Height"], 2, 3, VALUES, ("1 9.0", "1 9.0 0.01", "1 9.0 0.0001"),
           [(1, 100, "0.05"), (1, 40, "0.1"), (1, 40, "0.05")])
 make_case("permutation_one_shuffle", "2026/11/23 09:05:59.999", MARKERS, GENOTYPES, ["Yield"], 1, 1,
-          [phenotype(rng, GENOTYPES, 32, 1, 1, [(2, 1.0)])], ("1 2.0", "1 2.0 0.01", "0 5.0 0.0001"),
-          [(1, 1, "0.05"), (1, 1, "0.05"), (0, 1, "0.05")])
+          [phenotype(rng, GENOTYPES, 32, 1, 1, [(2, 1.0)])],
+          ("1 2.0", "1 2.0 0.01", "0 5.0 0.0001"), [(1, 1, "0.05"), (1, 1, "0.05"), (0, 1, "0.05")])

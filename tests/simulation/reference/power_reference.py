@@ -104,7 +104,8 @@ def main(project, output):
     def summary(hits):
         rows = [("Power(%)", [hit / f32(num_sims) * f32(100.0) for hit in hits]),
                 ("TrueAdd", [qtl[m - 1] for m in kept]), ("PGVE(%)", [pgve[m - 1] for m in kept]),
-                ("PPVE(%)", [ppve[m - 1] for m in kept]), ("GenoVar", [vg]), ("PhenoVar", [vg + ve])]
+                ("PPVE(%)", [ppve[m - 1] for m in kept]), ("GenoVar", [vg]),
+                ("PhenoVar", [vg + ve])]
         return [label.rjust(12) + "".join(ref.fixed(v) for v in values) for label, values in rows]
 
     expected = {}
@@ -120,8 +121,9 @@ def main(project, output):
             continue
         with open(path) as f:
             actual = f.read()
-        assert actual == "".join(line + "\n" for line in expected[ext]), "\n".join(
-            difflib.unified_diff(expected[ext], actual.split("\n")[:-1], ext, "OUTPUT", lineterm=""))
+        diff = difflib.unified_diff(expected[ext], actual.split("\n")[:-1], ext, "OUTPUT",
+                                    lineterm="")
+        assert actual == "".join(line + "\n" for line in expected[ext]), "\n".join(diff)
         print(ext, "matches:", len(expected[ext]), "lines")
     print("power SMA", [float(x) for x in hits_sma], "additive", [float(x) for x in hits_add])
     print("closest p-value to its limit in a selection: factor", closest)
