@@ -1,16 +1,19 @@
-// The matrix kernels: the lane-parallel matrices must give the very floats
-// of the pair routines; the rest agrees with numpy 1.24 (linalg.det,
-// lstsq and eigvalsh of the float32 matrices, in double precision).
+// The matrix kernels: the lane-parallel and packed matrices must give the
+// very floats of the pair routines; the rest agrees with numpy 1.24
+// (linalg.det, lstsq and eigvalsh of the float32 matrices, in double
+// precision).
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "numerics/basic/Basic.h"
 #include "numerics/matrix/CorrelationMatrix.h"
+#include "numerics/matrix/CovarianceMatrix.h"
 #include "numerics/matrix/Determinant.h"
 #include "numerics/matrix/LeastSquares.h"
 #include "numerics/matrix/PrincipalComponents.h"
@@ -24,16 +27,21 @@ namespace {
 using testing_support::Bits;
 using testing_support::MatrixOf;
 
+// Uneven values around 1000 from a fixed generator.
+float Draw(std::uint32_t& state) {
+  state = state * 1664525u + 1013904223u;
+  return 1000.0f + static_cast<float>(state >> 9) / 838860.8f;
+}
+
 TEST(Matrix, CorrelationsAreThoseOfThePairRoutine) {
-  // 37 columns (two blocks of lanes and a part) around 1000, with missing
-  // values of both kinds, a column without values and a constant one.
+  // 37 columns (two blocks of lanes and a part), with missing values of
+  // both kinds, a column without values and a constant one.
   const int n = 61, k = 37;
   Array<float, 2> columns(n, k);
   std::uint32_t state = 2024u;
   for (int j = 1; j <= k; ++j)
     for (int l = 1; l <= n; ++l) {
-      state = state * 1664525u + 1013904223u;
-      const float v = 1000.0f + static_cast<float>(state >> 9) / 838860.8f;
+      const float v = Draw(state);
       columns(l, j) = state % 10u == 0u ? NAN : state % 10u == 1u ? -9999.0f : j == 7 ? 1003.5f : v;
       if (j == 3) columns(l, j) = -9999.0f;
     }
@@ -42,6 +50,48 @@ TEST(Matrix, CorrelationsAreThoseOfThePairRoutine) {
     for (int j = 1; j <= k; ++j)
       EXPECT_EQ(Bits(r(i, j)), Bits(CorrelationOfValid(n, &columns(1, i), &columns(1, j)))) << i << "," << j;
   EXPECT_TRUE(std::isnan(r(3, 1)) && std::isnan(r(7, 2)));
+}
+
+// Covariance rows and diagonal on 37 columns (more than one block of codes
+// and not a multiple of it): 21 columns of codes less an offset, one code
+// beyond a byte, then reals with a missing code and a NaN, skipped pair by
+// pair.  Every element must be the very float of ColumnCovariance; with no
+// observations every element is NaN.
+TEST(Matrix, CovarianceRowsAreThoseOfThePairRoutine) {
+  for (const int numObs : {53, 0}) {
+    const int numCols = 37, numCoded = 21;
+    Array<float, 2> columns(numObs, numCols);
+    Array<std::int32_t, 2> codes(numCoded, numObs);
+    Array<float, 1> offsets(numCoded);
+    std::uint32_t state = 2024u;
+    for (int j = 1; j <= numCols; ++j)
+      for (int l = 1; l <= numObs; ++l) columns(l, j) = (Draw(state) - 1000.0f) * static_cast<float>(j) / 10.0f;
+    for (int j = 1; j <= numCoded; ++j) {
+      offsets(j) = static_cast<float>(j) / 7.0f - 1.0f;
+      for (int l = 1; l <= numObs; ++l) {
+        codes(j, l) = (l == 3 && j == 9) ? 300 : static_cast<std::int32_t>(Draw(state)) % 4 - 1;
+        columns(l, j) = static_cast<float>(codes(j, l)) - offsets(j);
+      }
+    }
+    if (numObs > 0) {
+      columns(7, 25) = -9999.0f;
+      columns(40, 30) = NAN;
+    }
+    CovarianceRows rows(numObs, numCols);
+    rows.SetCodedColumns(numCoded, codes.Data(), offsets.Data());
+    for (int j = numCoded + 1; j <= numCols; ++j) rows.SetColumn(j, numObs > 0 ? &columns(1, j) : nullptr);
+    const auto same = [](float a, float b) { return Bits(a) == Bits(b) || (std::isnan(a) && std::isnan(b)); };
+    Array<float, 1> row, diagonal;
+    rows.Diagonal(diagonal);
+    for (int i = 1; i <= numCols; ++i) {
+      rows.Row(i, row);
+      EXPECT_TRUE(same(diagonal(i), row(i))) << numObs << " " << i;
+      for (int j = 1; j <= numCols; ++j) {
+        const float direct = numObs > 0 ? ColumnCovariance(numObs, &columns(1, i), &columns(1, j)) : NAN;
+        EXPECT_TRUE(same(row(j), direct)) << numObs << " " << i << "," << j << ": " << row(j) << " vs " << direct;
+      }
+    }
+  }
 }
 
 TEST(Matrix, Determinants) {
