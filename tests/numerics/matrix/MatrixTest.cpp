@@ -27,70 +27,46 @@ namespace {
 using testing_support::Bits;
 using testing_support::MatrixOf;
 
-// Uneven values around 1000 from a fixed generator.
-float Draw(std::uint32_t& state) {
-  state = state * 1664525u + 1013904223u;
-  return 1000.0f + static_cast<float>(state >> 9) / 838860.8f;
-}
-
-TEST(Matrix, CorrelationsAreThoseOfThePairRoutine) {
-  // 37 columns (two blocks of lanes and a part), with missing values of
-  // both kinds, a column without values and a constant one.
-  const int n = 61, k = 37;
-  Array<float, 2> columns(n, k);
-  std::uint32_t state = 2024u;
-  for (int j = 1; j <= k; ++j)
-    for (int l = 1; l <= n; ++l) {
-      const float v = Draw(state);
-      columns(l, j) = state % 10u == 0u ? NAN : state % 10u == 1u ? -9999.0f : j == 7 ? 1003.5f : v;
-      if (j == 3) columns(l, j) = -9999.0f;
-    }
-  const Array<float, 2> r = CorrelationMatrixOfValid(columns);
-  for (int i = 1; i <= k; ++i)
-    for (int j = 1; j <= k; ++j)
-      EXPECT_EQ(Bits(r(i, j)), Bits(CorrelationOfValid(n, &columns(1, i), &columns(1, j)))) << i << "," << j;
-  EXPECT_TRUE(std::isnan(r(3, 1)) && std::isnan(r(7, 2)));
-}
-
-// Covariance rows and diagonal on 37 columns (more than one block of codes
+// 37 columns (two blocks of lanes and a part; more than one block of codes
 // and not a multiple of it): 21 columns of codes less an offset, one code
-// beyond a byte, then reals with a missing code and a NaN, skipped pair by
-// pair.  Every element must be the very float of ColumnCovariance; with no
-// observations every element is NaN.
-TEST(Matrix, CovarianceRowsAreThoseOfThePairRoutine) {
-  for (const int numObs : {53, 0}) {
-    const int numCols = 37, numCoded = 21;
-    Array<float, 2> columns(numObs, numCols);
-    Array<std::int32_t, 2> codes(numCoded, numObs);
+// beyond a byte, then reals around 1000 with missing values of both kinds,
+// a column without values and a constant one.  Every correlation and
+// covariance, the diagonal too, must be the very float of the pair
+// routines; with no observations every covariance is NaN.
+TEST(Matrix, MatricesAreThoseOfThePairRoutines) {
+  const auto same = [](float a, float b) { return Bits(a) == Bits(b) || (std::isnan(a) && std::isnan(b)); };
+  for (const int n : {61, 0}) {
+    const int k = 37, numCoded = 21;
+    Array<float, 2> columns(n, k);
+    Array<std::int32_t, 2> codes(numCoded, n);
     Array<float, 1> offsets(numCoded);
     std::uint32_t state = 2024u;
-    for (int j = 1; j <= numCols; ++j)
-      for (int l = 1; l <= numObs; ++l) columns(l, j) = (Draw(state) - 1000.0f) * static_cast<float>(j) / 10.0f;
-    for (int j = 1; j <= numCoded; ++j) {
-      offsets(j) = static_cast<float>(j) / 7.0f - 1.0f;
-      for (int l = 1; l <= numObs; ++l) {
-        codes(j, l) = (l == 3 && j == 9) ? 300 : static_cast<std::int32_t>(Draw(state)) % 4 - 1;
+    for (int j = 1; j <= k; ++j)
+      for (int l = 1; l <= n; ++l) {
+        state = state * 1664525u + 1013904223u;
+        const float v = 1000.0f + static_cast<float>(state >> 9) / 838860.8f;
+        columns(l, j) = state % 10u == 0u ? NAN : state % 10u == 1u || j == 25 ? -9999.0f : j == 30 ? 1003.5f : v;
+        if (j > numCoded) continue;
+        offsets(j) = static_cast<float>(j) / 7.0f - 1.0f;
+        codes(j, l) = l == 3 && j == 9 ? 300 : static_cast<std::int32_t>(state >> 30) - 1;
         columns(l, j) = static_cast<float>(codes(j, l)) - offsets(j);
       }
-    }
-    if (numObs > 0) {
-      columns(7, 25) = -9999.0f;
-      columns(40, 30) = NAN;
-    }
-    CovarianceRows rows(numObs, numCols);
+    CovarianceRows rows(n, k);
     rows.SetCodedColumns(numCoded, codes.Data(), offsets.Data());
-    for (int j = numCoded + 1; j <= numCols; ++j) rows.SetColumn(j, numObs > 0 ? &columns(1, j) : nullptr);
-    const auto same = [](float a, float b) { return Bits(a) == Bits(b) || (std::isnan(a) && std::isnan(b)); };
+    for (int j = numCoded + 1; j <= k; ++j) rows.SetColumn(j, n > 0 ? &columns(1, j) : nullptr);
+    const Array<float, 2> r = CorrelationMatrixOfValid(columns);
     Array<float, 1> row, diagonal;
     rows.Diagonal(diagonal);
-    for (int i = 1; i <= numCols; ++i) {
+    for (int i = 1; i <= k; ++i) {
       rows.Row(i, row);
-      EXPECT_TRUE(same(diagonal(i), row(i))) << numObs << " " << i;
-      for (int j = 1; j <= numCols; ++j) {
-        const float direct = numObs > 0 ? ColumnCovariance(numObs, &columns(1, i), &columns(1, j)) : NAN;
-        EXPECT_TRUE(same(row(j), direct)) << numObs << " " << i << "," << j << ": " << row(j) << " vs " << direct;
+      EXPECT_TRUE(same(diagonal(i), row(i))) << n << " " << i;
+      for (int j = 1; j <= k && n > 0; ++j) {
+        EXPECT_TRUE(same(row(j), ColumnCovariance(n, &columns(1, i), &columns(1, j)))) << i << "," << j;
+        EXPECT_EQ(Bits(r(i, j)), Bits(CorrelationOfValid(n, &columns(1, i), &columns(1, j)))) << i << "," << j;
       }
+      for (int j = 1; j <= k && n == 0; ++j) EXPECT_TRUE(std::isnan(row(j))) << i << "," << j;
     }
+    if (n > 0) EXPECT_TRUE(std::isnan(r(25, 1)) && std::isnan(r(30, 2)) && !std::isnan(row(1)));
   }
 }
 

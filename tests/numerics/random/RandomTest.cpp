@@ -7,8 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
-#include <ctime>
 #include <vector>
 
 #include "numerics/random/Random.h"
@@ -39,27 +37,6 @@ TEST(Random, UniformStreamFromItsSeed) {
   EXPECT_EQ(SeedFromClock(23, 59, 59), 235960);
   EXPECT_EQ(SeedFromClock(7, 5, 9), 70510);
   EXPECT_EQ(SeedFromClock(0, 0, 0), 123457) << "midnight would give 1";
-}
-
-// In a fresh process the stream has not started: the first draw must come
-// from the seed of the local time (the state stepped back by the inverse
-// of 16807 modulo 2^31 - 1).
-void CheckFirstDrawStartsFromTheClock() {
-  const std::time_t before = std::time(nullptr);
-  UniformDraw();
-  const std::time_t after = std::time(nullptr);
-  const std::int64_t seed = static_cast<std::int64_t>(StreamStateForTesting()) * 1407677000 % 2147483647;
-  // time() may read a coarse clock that lags the precise one by a tick.
-  for (std::time_t t = before; t <= after + 1; ++t) {
-    const std::tm* local = std::localtime(&t);
-    if (seed == SeedFromClock(local->tm_hour, local->tm_min, local->tm_sec)) std::exit(0);
-  }
-  std::exit(1);
-}
-
-TEST(Random, FirstDrawOfTheProcessStartsFromTheClock) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(CheckFirstDrawStartsFromTheClock(), testing::ExitedWithCode(0), "");
 }
 
 TEST(Random, NormalDeviates) {
