@@ -19,7 +19,7 @@ namespace {
 
 using testing_support::MatrixOf;
 
-// Runs RSTEP with every optional output and keeps them.
+// Runs RSTEP and keeps HIST, IEND and COVS beside AOV and COEF.
 struct StepRun {
   StepAovTable aov;
   Array<float, 2> coef;
