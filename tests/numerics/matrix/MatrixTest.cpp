@@ -45,8 +45,10 @@ TEST(Matrix, MatricesAreThoseOfThePairRoutines) {
       for (int l = 1; l <= n; ++l) {
         state = state * 1664525u + 1013904223u;
         const float v = 1000.0f + static_cast<float>(state >> 9) / 838860.8f;
-        columns(l, j) = state % 10u == 0u ? NAN : state % 10u == 1u || j == 25 ? -9999.0f : j == 30 ? 1003.5f : v;
-        if (j > numCoded) continue;
+        if (j > numCoded) {
+          columns(l, j) = state % 10u == 0u ? NAN : state % 10u == 1u || j == 25 ? -9999.0f : j == 30 ? 1003.5f : v;
+          continue;
+        }
         offsets(j) = static_cast<float>(j) / 7.0f - 1.0f;
         codes(j, l) = l == 3 && j == 9 ? 300 : static_cast<std::int32_t>(state >> 30) - 1;
         columns(l, j) = static_cast<float>(codes(j, l)) - offsets(j);

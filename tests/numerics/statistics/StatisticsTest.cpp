@@ -51,20 +51,19 @@ TEST(Statistics, AnalysesOfVarianceWithoutSpread) {
   }
 }
 
-// One value, constant values and their messages are met by the end-to-end
-// projects of trait statistics.
+// The moments need ranges of at least the 2nd, 3rd and 4th roots of the
+// smallest normal float: about 1.1E-19, 2.3E-13 and 3.3E-10.  (One value,
+// constant values and their messages are met by the end-to-end projects of
+// trait statistics.)
 TEST(Statistics, UVSTAOfTinyValues) {
   UnivariateStatistics stat;
-  std::string text;
-  // The moments need ranges of at least the 2nd, 3rd and 4th roots of the
-  // smallest normal float: about 1.1E-19, 2.3E-13 and 3.3E-10.
   const struct {
     float Scale;
     int Formed;  // variance, skewness, kurtosis formed in turn
   } cases[] = {{1.0e-9f, 3}, {1.0e-11f, 2}, {1.0e-15f, 1}, {1.0e-20f, 0}};
   for (const auto& c : cases) {
     const float x[] = {0.0f, c.Scale, 3.0f * c.Scale};
-    text = RaisedMessages([&] { UVSTA(3, x, 95.0f, 95.0f, stat); });
+    const std::string text = RaisedMessages([&] { UVSTA(3, x, 95.0f, 95.0f, stat); });
     EXPECT_EQ(!std::isnan(stat(2)), c.Formed >= 1) << c.Scale;
     EXPECT_EQ(!std::isnan(stat(4)), c.Formed >= 2) << c.Scale;
     EXPECT_EQ(!std::isnan(stat(5)), c.Formed >= 3) << c.Scale;
