@@ -1,16 +1,19 @@
-// The matrix kernels: the lane-parallel matrices must give the very floats
-// of the pair routines; the rest agrees with numpy 1.24 (linalg.det,
-// lstsq and eigvalsh of the float32 matrices, in double precision).
+// The matrix kernels: the lane-parallel and packed matrices must give the
+// very floats of the pair routines; the rest agrees with numpy 1.24
+// (linalg.det, lstsq and eigvalsh of the float32 matrices, in double
+// precision).
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "numerics/basic/Basic.h"
 #include "numerics/matrix/CorrelationMatrix.h"
+#include "numerics/matrix/CovarianceMatrix.h"
 #include "numerics/matrix/Determinant.h"
 #include "numerics/matrix/LeastSquares.h"
 #include "numerics/matrix/PrincipalComponents.h"
@@ -24,24 +27,49 @@ namespace {
 using testing_support::Bits;
 using testing_support::MatrixOf;
 
-TEST(Matrix, CorrelationsAreThoseOfThePairRoutine) {
-  // 37 columns (two blocks of lanes and a part) around 1000, with missing
-  // values of both kinds, a column without values and a constant one.
-  const int n = 61, k = 37;
-  Array<float, 2> columns(n, k);
-  std::uint32_t state = 2024u;
-  for (int j = 1; j <= k; ++j)
-    for (int l = 1; l <= n; ++l) {
-      state = state * 1664525u + 1013904223u;
-      const float v = 1000.0f + static_cast<float>(state >> 9) / 838860.8f;
-      columns(l, j) = state % 10u == 0u ? NAN : state % 10u == 1u ? -9999.0f : j == 7 ? 1003.5f : v;
-      if (j == 3) columns(l, j) = -9999.0f;
-    }
-  const Array<float, 2> r = CorrelationMatrixOfValid(columns);
-  for (int i = 1; i <= k; ++i)
+// 37 columns (two blocks of lanes and a part; more than one block of codes
+// and not a multiple of it): 21 columns of codes less an offset, one code
+// beyond a byte, then reals around 1000 with missing values of both kinds,
+// a column without values and a constant one.  Every correlation and
+// covariance, the diagonal too, must be the very float of the pair
+// routines; with no observations every covariance is NaN.
+TEST(Matrix, MatricesAreThoseOfThePairRoutines) {
+  const auto same = [](float a, float b) { return Bits(a) == Bits(b) || (std::isnan(a) && std::isnan(b)); };
+  for (const int n : {61, 0}) {
+    const int k = 37, numCoded = 21;
+    Array<float, 2> columns(n, k);
+    Array<std::int32_t, 2> codes(numCoded, n);
+    Array<float, 1> offsets(numCoded);
+    std::uint32_t state = 2024u;
     for (int j = 1; j <= k; ++j)
-      EXPECT_EQ(Bits(r(i, j)), Bits(CorrelationOfValid(n, &columns(1, i), &columns(1, j)))) << i << "," << j;
-  EXPECT_TRUE(std::isnan(r(3, 1)) && std::isnan(r(7, 2)));
+      for (int l = 1; l <= n; ++l) {
+        state = state * 1664525u + 1013904223u;
+        const float v = 1000.0f + static_cast<float>(state >> 9) / 838860.8f;
+        if (j > numCoded) {
+          columns(l, j) = state % 10u == 0u ? NAN : state % 10u == 1u || j == 25 ? -9999.0f : j == 30 ? 1003.5f : v;
+          continue;
+        }
+        offsets(j) = static_cast<float>(j) / 7.0f - 1.0f;
+        codes(j, l) = l == 3 && j == 9 ? 300 : static_cast<std::int32_t>(state >> 30) - 1;
+        columns(l, j) = static_cast<float>(codes(j, l)) - offsets(j);
+      }
+    CovarianceRows rows(n, k);
+    rows.SetCodedColumns(numCoded, codes.Data(), offsets.Data());
+    for (int j = numCoded + 1; j <= k; ++j) rows.SetColumn(j, n > 0 ? &columns(1, j) : nullptr);
+    const Array<float, 2> r = CorrelationMatrixOfValid(columns);
+    Array<float, 1> row, diagonal;
+    rows.Diagonal(diagonal);
+    for (int i = 1; i <= k; ++i) {
+      rows.Row(i, row);
+      EXPECT_TRUE(same(diagonal(i), row(i))) << n << " " << i;
+      for (int j = 1; j <= k && n > 0; ++j) {
+        EXPECT_TRUE(same(row(j), ColumnCovariance(n, &columns(1, i), &columns(1, j)))) << i << "," << j;
+        EXPECT_EQ(Bits(r(i, j)), Bits(CorrelationOfValid(n, &columns(1, i), &columns(1, j)))) << i << "," << j;
+      }
+      for (int j = 1; j <= k && n == 0; ++j) EXPECT_TRUE(std::isnan(row(j))) << i << "," << j;
+    }
+    EXPECT_TRUE(n == 0 || (std::isnan(r(25, 1)) && std::isnan(r(30, 2)) && !std::isnan(row(1))));
+  }
 }
 
 TEST(Matrix, Determinants) {

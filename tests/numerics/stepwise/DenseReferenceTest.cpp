@@ -1,7 +1,7 @@
 // The engine that forms the swept matrix on demand against the engine that
 // sweeps the whole triangle at every step: on random selections with
-// entries, removals, refused pivots, levels, forced variables and retries,
-// every output must carry the same bits.
+// entries, removals, refused pivots, levels, forced variables, retries and
+// constant responses, every output must carry the same bits.
 
 #include <gtest/gtest.h>
 
@@ -80,14 +80,15 @@ TEST(DenseReference, RstepKeepsEveryBitOfTheWholeSweep) {
 
     StepAovTable aov, aovRef;
     Array<float, 2> coef(nvar - 1, 5), coefRef(nvar - 1, 5), covs(nvar, nvar), covsRef(nvar, nvar);
-    Array<float, 1> hist, histRef;
+    Array<float, 1> scale, hist, histRef;
     int iend = -1, iendRef = -1;
-    RSTEP(nvar, cov, nobs, options, aov, coef, nullptr, &hist, &iend, &covs);
+    RSTEP(nvar, cov, nobs, options, aov, coef, &scale, &hist, &iend, &covs);
     reference::DenseRSTEP(nvar, cov, nobs, options, aovRef, coefRef, covsRef, histRef, iendRef);
 
     ASSERT_EQ(iend, iendRef) << trial;
     for (int i = 1; i <= nvar; ++i) {
       ASSERT_EQ(Bits(hist(i)), Bits(histRef(i))) << trial << " HIST " << i;
+      ASSERT_EQ(Bits(scale(i)), Bits(cov(i, i))) << trial << " SCALE " << i;
       for (int j = i; j <= nvar; ++j)
         ASSERT_EQ(Bits(covs(i, j)), Bits(covsRef(i, j))) << trial << " COVS " << i << "," << j;
       removals += histRef(i) < 0.0f;
@@ -106,10 +107,10 @@ TEST(DenseReference, RstepKeepsEveryBitOfTheWholeSweep) {
 
 // Genotype codes in linked runs, with missing codes (0), copies and a
 // monomorphic marker; a response of a few effects and noise that sometimes
-// fits so well that the selection is retried.
+// fits so well that the selection is retried, or a constant one.
 TEST(DenseReference, StepwiseSelectionKeepsEveryBitOfTheModel) {
   std::mt19937 rng(7u);
-  int retried = 0, terms = 0;
+  int retried = 0, terms = 0, constant = 0;
   for (int trial = 0; trial < 150; ++trial) {
     const int numVars = 5 + static_cast<int>(rng() % 120u);
     const int numObs = 20 + static_cast<int>(rng() % 150u);
@@ -133,12 +134,14 @@ TEST(DenseReference, StepwiseSelectionKeepsEveryBitOfTheModel) {
       for (int m = 3; m <= numVars; m += 17) value = value + 0.61f * static_cast<float>(at(m, l));
       y[static_cast<std::size_t>(l - 1)] = value;
     }
+    if (trial % 10 == 0) y.assign(y.size(), 2.5f);
     const float pin = rng() % 2u == 0u ? 0.01f : 0.05f;
 
     StepModel model, modelRef;
     StepwiseSelection(pin, 2.0f * pin, numVars, numObs, code.data(), y.data(), model);
     retried += reference::DenseStepwiseSelection(pin, 2.0f * pin, numVars, numObs, code.data(), y.data(), modelRef) > 1;
     terms += modelRef.NumTerms;
+    constant += modelRef.NumTerms == 0 && modelRef.Coef[0] == 2.5f;
 
     ASSERT_EQ(model.NumTerms, modelRef.NumTerms) << trial;
     for (int k = 1; k <= model.NumTerms; ++k) ASSERT_EQ(model.TermIndex(k), modelRef.TermIndex(k)) << trial;
@@ -149,6 +152,7 @@ TEST(DenseReference, StepwiseSelectionKeepsEveryBitOfTheModel) {
   }
   EXPECT_GT(retried, 10);
   EXPECT_GT(terms, 500);
+  EXPECT_EQ(constant, 15);
 }
 
 }  // namespace

@@ -16,13 +16,9 @@ namespace tov::reference {
 void DenseRSTEP(int NVAR, const Array<float, 2>& COV, int NOBS, const RstepOptions& options, StepAovTable& AOV,
                 Array<float, 2>& COEF, Array<float, 2>& COVS, Array<float, 1>& HIST, int& IEND);
 
-// The sweep of variable k on the whole upper triangle of COVS.
-void DenseGSWEP(int NVAR, int k, float TOL, const Array<float, 1>& SCALE, Array<float, 1>& SWEPT,
-                Array<float, 2>& COVS);
-
 // StepwiseSelection on the covariance matrix built whole, each element by
 // ColumnCovariance; returns the number of selections run (1 + retries).
 int DenseStepwiseSelection(float PIN, float POUT, int NumVars, int NumObs, const std::int32_t* CodedGenotype,
-                            const float* y, StepModel& model);
+                           const float* y, StepModel& model);
 
 }  // namespace tov::reference
