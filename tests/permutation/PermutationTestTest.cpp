@@ -124,7 +124,8 @@ TEST(ShuffleMaxima, PairMaximumStartsAtTheFirstPair) {
   for (const int numMarkers : {3, 1}) {
     Array<char, 2> scanGenotype(numMarkers, numLines);
     for (int m = 1; m <= numMarkers; ++m)
-      for (int l = 1; l <= numLines; ++l) scanGenotype(m, l) = l > 1 && m == 1 ? 'X' : (l * (m + 1)) % 5 < 2 ? 'A' : 'B';
+      for (int l = 1; l <= numLines; ++l)
+        scanGenotype(m, l) = l > 1 && m == 1 ? 'X' : (l * (m + 1)) % 5 < 2 ? 'A' : 'B';
     float maxima[2] = {-1.0f, -1.0f};
     PairShuffleMaxima(numMarkers, numLines, scanGenotype, shuffles, maxima);
     for (const float m : maxima) EXPECT_TRUE(numMarkers == 1 ? m == 0.0f : std::isnan(m)) << m;

@@ -25,6 +25,8 @@ namespace tov {
 namespace {
 
 using testing_support::ExpectSameBits;
+using testing_support::MatrixOf;
+constexpr float Missing = -9999.0f;
 
 const auto Cases = testing_support::ReadBitCases("phenotype/data/exact_line_values.txt");
 constexpr int NumLines = 300, NumEnvs = 3, NumReps = 2;
@@ -70,9 +72,6 @@ TEST(ExactBits, LineValuesAndMeansAcrossEnvironments) {
   ExpectSameBits(ValuesOf(LineMeansAcrossEnvs(numKept, NumEnvs, NumReps, filled, AcrossEnvsOrder::EnvironmentsOuter)),
                  c.Floats("means_envs_outer"), "environments outer");
 }
-
-using testing_support::MatrixOf;
-constexpr float Missing = -9999.0f;
 
 TEST(Phenotype, OnlyTheExactCodeIsMissingAndNoDataGivesEmptyArrays) {
   // -9999.00001 reads as the real -9999.0; -9999.001 is 0.00098 away.
