@@ -179,7 +179,8 @@ TEST(WriteMarkerTables, MeanPassAndSharesThatCannotBeFormed) {
 
 TEST(TwoWayVariance, MatchesThePopulationOfIndependentFactors) {
   std::mt19937 random(11);
-  for (const auto& [r, c] : {std::pair{2, 2}, {2, 3}, {3, 4}, {4, 2}}) {
+  for (const auto& shape : {std::pair{2, 2}, {2, 3}, {3, 4}, {4, 2}}) {
+    const int r = shape.first, c = shape.second;  // the lambdas below take these
     for (int trial = 0; trial < 20; ++trial) {
       // Cell (a, b) holds rowCount[a] * columnCount[b] lines of value m(a, b).
       std::vector<int> rowCount(r), columnCount(c);
