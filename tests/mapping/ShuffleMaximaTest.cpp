@@ -21,9 +21,16 @@ namespace tov {
 namespace {
 
 struct Case {
+  bool Pairs;
   int Markers, Lines;
   float Offset, Scale;
 };
+
+const Case Cases[] = {
+    {false, 10, 40, 0.0f, 1.0f},     {false, 33, 7, 0.0f, 1.0f},      {false, 100, 300, 5.0f, 1.0f},
+    {false, 257, 120, 1.0e4f, 3.0f}, {false, 64, 300, 0.0f, 1.0e-3f}, {false, 70, 1000, -20.0f, 1.0e3f},
+    {true, 2, 30, 0.0f, 1.0f},       {true, 12, 9, 0.0f, 1.0f},       {true, 20, 200, 5.0f, 1.0f},
+    {true, 15, 120, 1.0e4f, 3.0f},   {true, 18, 150, 0.0f, 1.0e-3f},  {true, 9, 600, -20.0f, 1.0e3f}};
 
 // 40 shuffles: a full group of lanes and a short one.
 constexpr int Shuffles = 40;
@@ -41,65 +48,56 @@ Array<char, 2> LinkedMap(const Case& c, unsigned period, unsigned fresh, std::mt
   return genotype;
 }
 
-// Normal values, scaled and offset, raised by effect where hasEffect(l).
-template <typename Effect>
-std::vector<float> Trait(const Case& c, float effect, Effect hasEffect, std::mt19937& random) {
-  std::vector<float> y(static_cast<std::size_t>(c.Lines));
-  std::normal_distribution<float> normal(0.0f, 1.0f);
-  for (int l = 1; l <= c.Lines; ++l) y[l - 1] = c.Offset + c.Scale * (normal(random) + (hasEffect(l) ? effect : 0.0f));
-  return y;
-}
-
-TEST(ShuffleMaxima, SingleMarkerMaximaEqualThoseOfTheFullScans) {
-  const Case cases[] = {{10, 40, 0.0f, 1.0f},     {33, 7, 0.0f, 1.0f},      {100, 300, 5.0f, 1.0f},
-                        {257, 120, 1.0e4f, 3.0f}, {64, 300, 0.0f, 1.0e-3f}, {70, 1000, -20.0f, 1.0e3f}};
-  std::mt19937 random(2026u);
-  for (const Case& c : cases) {
-    const Array<char, 2> genotype = LinkedMap(c, 40u, 2u, random);
-    std::vector<float> y = Trait(c, 0.3f, [&](int l) { return genotype(c.Markers / 2, l) == 'A'; }, random);
-    Array<float, 2> ys(c.Lines, Shuffles);
-    float expected[Shuffles], actual[Shuffles];
-    MarkerTestTable table;
-    table.NumTests = c.Markers;
-    AllocMarkerTests(SingleMarkerPermutation, table);
-    for (int k = 1; k <= Shuffles; ++k) {
-      std::shuffle(y.begin(), y.end(), random);
-      std::copy(y.begin(), y.end(), &ys(1, k));
-      SingleMarkerScan(c.Markers, c.Lines, genotype, y.data(), table);
-      // The single-marker maximum starts at 0.0.
-      expected[k - 1] = 0.0f;
-      for (int m = 1; m <= c.Markers; ++m)
-        if (table.Test(m).LOD(1) > expected[k - 1]) expected[k - 1] = table.Test(m).LOD(1);
-    }
-    SingleMarkerMaxima(c.Markers, c.Lines, genotype, ys, actual);
-    EXPECT_EQ(std::memcmp(actual, expected, sizeof actual), 0) << c.Markers << " markers, " << c.Lines << " lines";
-  }
-}
-
-TEST(ShuffleMaxima, PairMaximaEqualThoseOfTheFullScans) {
-  const Case cases[] = {{2, 30, 0.0f, 1.0f},     {12, 9, 0.0f, 1.0f},      {20, 200, 5.0f, 1.0f},
-                        {15, 120, 1.0e4f, 3.0f}, {18, 150, 0.0f, 1.0e-3f}, {9, 600, -20.0f, 1.0e3f}};
-  std::mt19937 random(1999u);
-  for (const Case& c : cases) {
-    const Array<char, 2> genotype = LinkedMap(c, 30u, 3u, random);
-    std::vector<float> y = Trait(
-        c, 0.5f, [&](int l) { return genotype(1, l) == 'A' && genotype(c.Markers, l) == 'A'; }, random);
-    Array<float, 2> ys(c.Lines, Shuffles);
-    float expected[Shuffles], actual[Shuffles];
+// The maximum of a full scan: from 0.0 over the markers, from the first
+// pair over the pairs.
+float FullScanMaximum(const Case& c, const Array<char, 2>& genotype, const std::vector<float>& y) {
+  if (c.Pairs) {
     PairTestTable table;
     table.NumTests = NumPairs(c.Markers);
     AllocPairTests(EpistaticMapping, table);
-    for (int k = 1; k <= Shuffles; ++k) {
-      std::copy(y.begin(), y.end(), &ys(1, k));
-      EpistaticScan(c.Markers, c.Lines, genotype, y.data(), StepModel{}, table);
-      // The pair maximum starts at the first pair.
-      expected[k - 1] = table.Test(1).LOD(1);
-      for (int p = 2; p <= table.NumTests; ++p)
-        if (table.Test(p).LOD(1) > expected[k - 1]) expected[k - 1] = table.Test(p).LOD(1);
-      std::shuffle(y.begin(), y.end(), random);
+    EpistaticScan(c.Markers, c.Lines, genotype, y.data(), StepModel{}, table);
+    float highest = table.Test(1).LOD(1);
+    for (const PairTest& test : table.Test) highest = test.LOD(1) > highest ? test.LOD(1) : highest;
+    return highest;
+  }
+  MarkerTestTable table;
+  table.NumTests = c.Markers;
+  AllocMarkerTests(SingleMarkerPermutation, table);
+  SingleMarkerScan(c.Markers, c.Lines, genotype, y.data(), table);
+  float highest = 0.0f;
+  for (const MarkerTest& test : table.Test) highest = test.LOD(1) > highest ? test.LOD(1) : highest;
+  return highest;
+}
+
+TEST(ShuffleMaxima, MaximaEqualThoseOfTheFullScans) {
+  std::mt19937 markerRandom(2026u), pairRandom(1999u);
+  for (const Case& c : Cases) {
+    std::mt19937& random = c.Pairs ? pairRandom : markerRandom;
+    const Array<char, 2> genotype = c.Pairs ? LinkedMap(c, 30u, 3u, random) : LinkedMap(c, 40u, 2u, random);
+    // Normal values, scaled and offset, with an effect of one marker or of
+    // the first and last together.
+    std::vector<float> y(static_cast<std::size_t>(c.Lines));
+    std::normal_distribution<float> normal(0.0f, 1.0f);
+    for (int l = 1; l <= c.Lines; ++l) {
+      const bool effect = c.Pairs ? genotype(1, l) == 'A' && genotype(c.Markers, l) == 'A'
+                                  : genotype(c.Markers / 2, l) == 'A';
+      y[l - 1] = c.Offset + c.Scale * (normal(random) + (effect ? (c.Pairs ? 0.5f : 0.3f) : 0.0f));
     }
-    EpistaticMaxima(c.Markers, c.Lines, genotype, ys, actual);
-    EXPECT_EQ(std::memcmp(actual, expected, sizeof actual), 0) << c.Markers << " markers, " << c.Lines << " lines";
+    Array<float, 2> ys(c.Lines, Shuffles);
+    float expected[Shuffles], actual[Shuffles];
+    for (int k = 1; k <= Shuffles; ++k) {
+      // The pair cases keep the unshuffled trait in the first lane.
+      if (!c.Pairs) std::shuffle(y.begin(), y.end(), random);
+      std::copy(y.begin(), y.end(), &ys(1, k));
+      expected[k - 1] = FullScanMaximum(c, genotype, y);
+      if (c.Pairs) std::shuffle(y.begin(), y.end(), random);
+    }
+    if (c.Pairs)
+      EpistaticMaxima(c.Markers, c.Lines, genotype, ys, actual);
+    else
+      SingleMarkerMaxima(c.Markers, c.Lines, genotype, ys, actual);
+    EXPECT_EQ(std::memcmp(actual, expected, sizeof actual), 0)
+        << (c.Pairs ? "pairs, " : "markers, ") << c.Markers << " markers, " << c.Lines << " lines";
   }
 }
 

@@ -1,6 +1,8 @@
-// What the exact-bit cases and the ".sta" end-to-end projects do not
-// reach: the edges of the missing code, empty data, the order of the
-// phenotypic variance across environments, and the W test of more than
+// The fill of missing cells and the line means in their stated orders,
+// pinned bit for bit against reference/exact_line_values.py on 300 lines
+// with many decimals, gaps, empty lines and a NaN cell; and what those
+// cases and the ".sta" end-to-end projects do not reach: the edges of the
+// missing code (a NaN among them), empty data, and the W test of more than
 // 2000 line means on a random sample.
 
 #include <gtest/gtest.h>
@@ -12,17 +14,64 @@
 #include "numerics/random/Random.h"
 #include "numerics/random/ReservoirSample.h"
 #include "numerics/statistics/ShapiroWilk.h"
+#include "phenotype/LineMeans.h"
 #include "phenotype/LineValues.h"
-#include "phenotype/PhenotypeAnalysis.h"
 #include "phenotype/PhenotypeSlices.h"
 #include "phenotype/TraitStatisticsRow.h"
+#include "support/BitCases.h"
 #include "support/MatrixOf.h"
 
 namespace tov {
 namespace {
 
+using testing_support::ExpectSameBits;
 using testing_support::MatrixOf;
 constexpr float Missing = -9999.0f;
+
+const auto Cases = testing_support::ReadBitCases("phenotype/data/exact_line_values.txt");
+constexpr int NumLines = 300, NumEnvs = 3, NumReps = 2;
+
+std::vector<int> KeptOf(const Array<std::int32_t, 1>& kept) { return std::vector<int>(kept.begin(), kept.end()); }
+std::vector<float> ValuesOf(const Array<float, 1>& a) { return std::vector<float>(a.begin(), a.end()); }
+
+TEST(ExactBits, LineValuesAndMeansInOneEnvironment) {
+  const auto& c = Cases.at("one_environment");
+  const std::vector<float> file = c.Floats("values");
+  Array<float, 2> values(NumLines, NumReps);
+  for (int l = 1; l <= NumLines; ++l)
+    for (int r = 1; r <= NumReps; ++r) values(l, r) = file[(l - 1) * NumReps + r - 1];
+  Array<std::int32_t, 1> kept;
+  Array<float, 2> filled;
+  const int numKept = LineValues(NumLines, NumReps, ConstView(values), kept, filled);
+  EXPECT_EQ(KeptOf(kept), c.Ints("kept"));
+  std::vector<float> rows;
+  for (int l = 1; l <= numKept; ++l)
+    for (int r = 1; r <= NumReps; ++r) rows.push_back(filled(l, r));
+  ExpectSameBits(rows, c.Floats("filled"), "filled cells");
+  ExpectSameBits(ValuesOf(LineMeans(numKept, NumReps, filled)), c.Floats("means"), "line means");
+}
+
+TEST(ExactBits, LineValuesAndMeansAcrossEnvironments) {
+  const auto& c = Cases.at("across_environments");
+  const std::vector<float> file = c.Floats("values");
+  Array<float, 3> values(NumLines, NumEnvs, NumReps);
+  for (int l = 1, i = 0; l <= NumLines; ++l)
+    for (int e = 1; e <= NumEnvs; ++e)
+      for (int r = 1; r <= NumReps; ++r) values(l, e, r) = file[i++];
+  Array<std::int32_t, 1> kept;
+  Array<float, 3> filled;
+  const int numKept = LineValuesAcrossEnvs(NumLines, NumEnvs, NumReps, ConstView(values), kept, filled);
+  EXPECT_EQ(KeptOf(kept), c.Ints("kept"));
+  std::vector<float> cells;
+  for (int l = 1; l <= numKept; ++l)
+    for (int e = 1; e <= NumEnvs; ++e)
+      for (int r = 1; r <= NumReps; ++r) cells.push_back(filled(l, e, r));
+  ExpectSameBits(cells, c.Floats("filled"), "filled cells");
+  ExpectSameBits(ValuesOf(LineMeansAcrossEnvs(numKept, NumEnvs, NumReps, filled, AcrossEnvsOrder::ReplicationsOuter)),
+                 c.Floats("means_reps_outer"), "replications outer");
+  ExpectSameBits(ValuesOf(LineMeansAcrossEnvs(numKept, NumEnvs, NumReps, filled, AcrossEnvsOrder::EnvironmentsOuter)),
+                 c.Floats("means_envs_outer"), "environments outer");
+}
 
 TEST(Phenotype, OnlyTheExactCodeIsMissingAndNoDataGivesEmptyArrays) {
   // -9999.00001 reads as the real -9999.0; -9999.001 is 0.00098 away.
@@ -35,30 +84,9 @@ TEST(Phenotype, OnlyTheExactCodeIsMissingAndNoDataGivesEmptyArrays) {
   const Array<float, 2> none(0, 2);
   EXPECT_EQ(LineValues(0, 2, ConstView(none), kept, filled), 0);
   EXPECT_TRUE(kept.IsAllocated() && kept.Size() == 0u && filled.Size() == 0u) << "an old list is replaced";
-}
-
-// Phenotype [lines, 1 trait, envs, reps] from cells per line {e1r1, e1r2, e2r1, ...}.
-Array<float, 4> OneTrait(int envs, int reps, const std::vector<std::vector<float>>& lines) {
-  Array<float, 4> phenotype(static_cast<int>(lines.size()), 1, envs, reps);
-  for (int l = 1; l <= static_cast<int>(lines.size()); ++l)
-    for (int e = 1; e <= envs; ++e)
-      for (int r = 1; r <= reps; ++r) phenotype(l, 1, e, r) = lines[l - 1][static_cast<std::size_t>((e - 1) * reps + r - 1)];
-  return phenotype;
-}
-
-TEST(Phenotype, VarianceAcrossEnvironmentsAddsEnvironmentsOuter) {
-  // Line 1: e1 {1e8, -1e8}, e2 {1, 0}: environments outer the sum is
-  // ((1e8 - 1e8) + 1) + 0 = 1, replications outer 0; var(0.25, 0) = 0.03125.
-  Array<float, 2> variance(1, 3);
-  TextOutput closed;
-  ERSET(0, 0, 0);
-  PhenotypeAnalysis(closed, 2, 1, 2, 2, OneTrait(2, 2, {{1e8f, -1e8f, 1, 0}, {0, 0, 0, 0}}), variance);
-  EXPECT_EQ(variance(1, 3), 0.03125f);
-  EXPECT_EQ(variance(1, 2), 0.125f);
-  PhenotypeAnalysis(closed, 2, 1, 2, 1, OneTrait(2, 1, {{1, Missing}, {3, Missing}}), variance);
-  ERSET(0, 2, 2);
-  EXPECT_TRUE(std::isnan(variance(1, 2))) << "an environment without data";
-  EXPECT_EQ(variance(1, 3), 2.0f);
+  // A line mean that is not a number is missing in the statistics row.
+  const float means[] = {1.0f, NAN, 2.0f, 4.0f, Missing};
+  EXPECT_EQ(SummarizeLineMeans(5, means).Valid, 3);
 }
 
 TEST(Phenotype, Above2000LineMeansTheWTestRestsOnARandomSample) {

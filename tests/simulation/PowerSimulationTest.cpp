@@ -1,64 +1,67 @@
 // The power simulation as a whole: the same bytes on one thread and on
 // several, and power rows that behave as the statistics say they must on a
-// project of unlinked markers.
+// project of unlinked markers; and the one part of the power tables that no
+// end-to-end project reaches, a heading of more marker IDs than one line of
+// it holds.
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
-#include <map>
+#include <iterator>
 #include <numeric>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "simulation/PowerTables.h"
 #include "support/SameOutputAcrossThreads.h"
+#include "support/ScratchFile.h"
 
 namespace tov {
 namespace {
 
 namespace fs = std::filesystem;
-using testing_support::OutputsWithThreads;
-
-const fs::path EndToEndProjects = TOV_TEST_PROJECTS;
-const fs::path StatisticalProject = fs::path(TOV_TEST_PROJECTS).parent_path() / "simulation" / "projects" /
-                                    "independent_markers";
 
 TEST(PowerSimulation, SameBytesOnOneThreadAndOnThree) {
-  testing_support::ExpectSameOutputAcrossThreads(EndToEndProjects / "simulation_power", 3);
-}
-
-// The values of the "Power(%)" row of a power table.
-std::vector<double> PowerRow(const std::string& table) {
-  std::istringstream lines(table);
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream fields(line);
-    std::string label;
-    fields >> label;
-    if (label != "Power(%)") continue;
-    std::vector<double> power;
-    for (double value; fields >> value;) power.push_back(value);
-    return power;
-  }
-  return {};
+  testing_support::ExpectSameOutputAcrossThreads(fs::path(TOV_TEST_PROJECTS) / "simulation_power", 3);
 }
 
 // M01 carries a QTL that explains half of the variance; the other 24
 // markers are unlinked to it and to each other, so each of their tests is a
 // test of a true null hypothesis at the level the LOD threshold implies.
 TEST(PowerSimulation, LargeQtlFoundAlwaysAndUnlinkedMarkersAtTheTestLevel) {
-  std::ifstream levelFile(StatisticalProject / "false_positive_level");
+  const fs::path project = fs::path(TOV_TEST_PROJECTS).parent_path() / "simulation/projects/independent_markers";
+  std::ifstream levelFile(project / "false_positive_level");
   double level = 0.0;
   ASSERT_TRUE(levelFile >> level);
-  const std::map<std::string, std::string> outputs = OutputsWithThreads(StatisticalProject, 0);
+  const auto outputs = testing_support::OutputsWithThreads(project, 0);
   for (const char* table : {"study.psm", "study.pic"}) {
-    const std::vector<double> power = PowerRow(outputs.at(table));
+    // The values of the "Power(%)" row.
+    std::istringstream text(outputs.at(table));
+    std::string line;
+    while (std::getline(text, line) && line.rfind("    Power(%)", 0) != 0) {
+    }
+    std::istringstream fields(line.substr(12));
+    const std::vector<double> power{std::istream_iterator<double>(fields), std::istream_iterator<double>()};
     ASSERT_EQ(power.size(), 25u) << table;
     EXPECT_EQ(power[0], 100.0) << table;
     const double falsePositive = std::accumulate(power.begin() + 1, power.end(), 0.0) / 24.0 / 100.0;
     // 9600 tests: four standard errors of a rate near 0.134 are 0.014.
     EXPECT_NEAR(falsePositive, level, 0.014) << table;
   }
+}
+
+TEST(PowerTables, HeadingBeyondItsWidthContinuesOnTheNextLine) {
+  Array<std::int32_t, 1> kept(PowerHeadingWidth + 2);
+  for (int j = 1; j <= PowerHeadingWidth + 2; ++j) kept(j) = 2 * j;
+  testing_support::ScratchFile file("power-heading");
+  WritePowerHeading(file.Unit(), kept);
+  const std::vector<std::string> lines = file.Lines();
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0].size(), 12u * (PowerHeadingWidth + 1));
+  EXPECT_EQ(lines[0].substr(0, 24), "  Simulation           2");
+  EXPECT_EQ(lines[1], "       20002       20004");
 }
 
 }  // namespace
