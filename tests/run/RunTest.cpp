@@ -1,7 +1,7 @@
-// The top of the program apart from whole runs: which output files each
-// setting opens and their headings, and the input check as a calling
-// program meets it (the shared library loaded at run time, CheckErrorTOV
-// looked up by its C name, "TOV.log" in the caller's working directory).
+// The top of the program apart from whole runs: the output files of a
+// setting no project has, and the input check as a calling program meets it (the
+// shared library loaded at run time, CheckErrorTOV looked up by its C
+// name, "TOV.log" in the caller's working directory).
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,6 @@
 #include <fstream>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "core/Log.h"
 #include "run/InputCheck.h"
@@ -35,56 +34,26 @@ class Run : public testing::Test {
     fs::current_path(home);
     fs::remove_all(folder);
   }
-  std::set<std::string> Files() const {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
-    return names;
-  }
   const fs::path home = fs::current_path();
   const fs::path folder = testing_support::ScratchPath("run");
 };
 
+// The end-to-end projects open the files of every method with and without
+// its permutation test; here a permutation test without its method.
 TEST_F(Run, OutputFilesFollowTheSettings) {
-  const std::string traits = "     TraitID           TraitName Environment";
-  const std::string markers = traits +
-      "    MarkerID                          MarkerName         LOD      PVE(%)         Add       M(QQ)       M(qq)";
-  const std::string pairs = traits +
-      "   MarkerID1                         MarkerName1   MarkerID2                         MarkerName2       LODaa"
-      "    LODtotal    PVEaa(%) PVEtotal(%)        Add1        Add2    AddbyAdd M(Q1Q1Q2Q2) M(Q1Q1q2q2) M(q1q1Q2Q2)"
-      " M(q1q1q2q2)";
-  const struct {
-    int Indicator, SMA, Add, Epi, SMAPerm, AddPerm, EpiPerm;
-    std::string Extensions;
-  } cases[] = {
-      {1, 0, 0, 1, 0, 0, 0, ".coe .mtp .qice .rice .sta .stp"},
-      {1, 0, 0, 0, 0, 1, 0, ".coe .mtp .sta .tic"},
-      {2, 0, 0, 1, 1, 0, 0, ".coe .mtp"},
-      {2, 1, 1, 0, 0, 0, 0, ".coe .mtp .pic .psm .stp"},
-      {1, 1, 1, 1, 1, 1, 1, ".coe .mtp .qic .qice .qsm .ric .rice .rsm .sta .stp .tic .tice .tsm"},
-  };
-  for (const auto& c : cases) {
-    for (const auto& name : Files()) fs::remove(name);
-    if (c.Indicator == 1) std::ofstream("my study.sta") << "an old file is replaced\n";
-    RunData run;
-    run.OutputBase = (folder / "my study").string() + "  ";
-    run.Indicator = c.Indicator;
-    run.SMAIndicator = c.SMA, run.AddIndicator = c.Add, run.EpiIndicator = c.Epi;
-    run.SMAPermIndicator = c.SMAPerm, run.AddPermIndicator = c.AddPerm, run.EpiPermIndicator = c.EpiPerm;
-    OpenOutputFiles(run);
-    CloseOutputFiles(run);
-    std::string made;
-    for (const auto& name : Files()) made.append(made.empty() ? "" : " ").append(name, 8);
-    EXPECT_EQ(made, c.Extensions);
-  }
-  const struct {
-    std::string Extension, Heading;
-  } headings[] = {{".sta", "     TraitID           TraitName  SampleSize        Mean    Variance    StdError"
-                           "    Skewness    Kurtosis     Minimum     Maximum       Range      W-test     P-value\n"},
-                  {".qsm", markers + "\n"}, {".ric", markers + "\n"}, {".tic", traits + "       Times      MaxLOD\n"},
-                  {".qice", pairs + "\n"}, {".stp", ""}};
-  for (const auto& h : headings) EXPECT_EQ(ReadWholeFile("my study" + h.Extension), h.Heading) << h.Extension;
-  EXPECT_EQ(OutputBaseOf("study.txt   "), "study");
-  EXPECT_EQ(OutputBaseOf("a.b.csv"), "a.b");
+  std::ofstream("my study.sta") << "an old file is replaced\n";
+  RunData run;
+  run.OutputBase = (folder / "my study").string() + "  ";
+  run.Indicator = 1;
+  run.AddPermIndicator = 1;
+  OpenOutputFiles(run);
+  CloseOutputFiles(run);
+  std::string made;
+  for (const fs::path& name : std::set<fs::path>(fs::directory_iterator(folder), {}))
+    made.append(" ").append(name.extension().string());
+  EXPECT_EQ(made, " .coe .mtp .sta .tic");
+  EXPECT_EQ(ReadWholeFile("my study.sta").find("old"), std::string::npos);
+  EXPECT_EQ(OutputBaseOf("a.b.csv  "), "a.b");
   EXPECT_EQ(OutputBaseOf("abc"), "");
 }
 
@@ -127,7 +96,6 @@ TEST_F(Run, InputCheckThroughTheSharedLibrary) {
   }
   check(8, "good.txt", nullptr);
   dlclose(library);
-  fs::remove("TOV.log");
 
   fs::remove("TOV.log");
   ASSERT_TRUE(LogFile().Create("caller.log"));
