@@ -83,25 +83,6 @@ TEST_F(Input, GenotypeTokensRowsAndNames) {
     EXPECT_EQ(CheckDuplicateNames(names).Later, expected[k].Later) << k;
     EXPECT_EQ(CheckDuplicateNames(names).Earlier, expected[k].Earlier) << k;
   }
-  TokenRow row(2);
-  input.OpenText("A B /");
-  FreeFormatRead first(input);
-  ASSERT_TRUE(row.Read(first, 3) && first.Finish());
-  EXPECT_EQ(row.Token(3), "  ") << "never read";
-  input.OpenText(",XX");
-  FreeFormatRead second(input);
-  ASSERT_TRUE(row.Read(second, 2) && second.Finish());
-  EXPECT_EQ(std::string(row.Token(1)) + std::string(row.Token(2)), "A XX") << "a null value keeps the token before";
-  // Two billion nulls, by a repeat or after a slash, pass at once and leave
-  // the row as it was.
-  for (const char* text : {"B 2000000000*", "B /"}) {
-    input.OpenText(text);
-    FreeFormatRead third(input);
-    ASSERT_TRUE(row.Read(third, 2000000001) && third.Finish()) << text;
-    EXPECT_EQ(std::string(row.Token(1)) + std::string(row.Token(2)) + std::string(row.Token(2000000001)), "B XX  ");
-  }
-  row.Set(2, "1234567");
-  EXPECT_EQ(row.Token(2), "12");
 }
 
 // Rows of 1 trait and 1 environment unless given; a value per line.

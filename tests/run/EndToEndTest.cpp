@@ -1,6 +1,6 @@
 // Runs tov on every project under tests/projects and compares what it
-// leaves with the case's expected/ folder: the same set of files, and each
-// file line by line.  The console is compared as expected/console.txt;
+// leaves with the case's expected/ folder: the same set of files, each
+// with the same text.  The console is compared as expected/console.txt;
 // standard error, where the numerical routines report, as
 // expected/stderr.txt, and must be empty without it.  A file
 // memory_limit_kb beside input/ caps the run's address space.  A file
@@ -16,7 +16,6 @@
 #include <filesystem>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -44,28 +43,6 @@ std::string Masked(std::string text, bool clockPinned) {
   return std::regex_replace(text, cpu, "CPU_TIME taken: m minutes or s seconds");
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
-
-void ExpectSameText(const std::string& name, const std::string& expected, const std::string& actual) {
-  const std::vector<std::string> want = Lines(expected);
-  const std::vector<std::string> got = Lines(actual);
-  for (std::size_t i = 0; i < std::max(want.size(), got.size()); ++i) {
-    const std::string w = i < want.size() ? want[i] : "<no line>";
-    const std::string g = i < got.size() ? got[i] : "<no line>";
-    if (w != g) {
-      ADD_FAILURE() << name << " differs at line " << i + 1 << "\n expected: [" << w << "]\n actual:   [" << g << "]";
-      return;
-    }
-  }
-  EXPECT_EQ(expected.empty() || expected.back() == '\n', actual.empty() || actual.back() == '\n')
-      << name << ": the last line end differs";
-}
-
 class EndToEnd : public testing::TestWithParam<std::string> {};
 
 TEST_P(EndToEnd, OutputsMatchExpected) {
@@ -91,9 +68,11 @@ TEST_P(EndToEnd, OutputsMatchExpected) {
   for (const auto& [name, text] : run.Files)
     if (!run.Inputs.count(name) || want.count(name)) made.insert(name);
   EXPECT_EQ(want, made) << "the run must leave exactly the expected files";
-  for (const std::string& name : want)
-    if (made.count(name))
-      ExpectSameText(name, ReadWholeFile((expected / name).string()), Masked(run.Files.at(name), clockPinned));
+  for (const std::string& name : want) {
+    if (made.count(name)) {
+      EXPECT_EQ(ReadWholeFile((expected / name).string()), Masked(run.Files.at(name), clockPinned)) << name;
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Projects, EndToEnd, testing::ValuesIn(CaseNames()),

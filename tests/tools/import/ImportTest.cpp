@@ -8,10 +8,10 @@
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <sstream>
 
+#include "text/Format.h"
 #include "tools/ToolRun.h"
 
 namespace fs = std::filesystem;
@@ -41,52 +41,31 @@ TEST(Import, RoundTripGivesTheTablesOfTheHandWrittenProject) {
   }
 }
 
-// The LODs of the R package, by marker name, one column per trait.
-std::map<std::string, std::vector<double>> ReferenceLods(const fs::path& path) {
-  std::map<std::string, std::vector<double>> lods;
-  std::ifstream file(path);
-  std::string line;
-  std::getline(file, line);  // the header
-  while (std::getline(file, line)) {
-    std::istringstream fields(line);
-    std::string marker, field;
-    std::getline(fields, marker, '\t');
-    for (int skip = 0; skip < 2; ++skip) std::getline(fields, field, '\t');  // chromosome, position
-    while (std::getline(fields, field, '\t')) lods[marker].push_back(std::stod(field));
-  }
-  return lods;
-}
-
 TEST(Import, RealCrossGivesTheLodsOfMarkerRegression) {
   ScratchFolder folder("import-multitrait");
   ASSERT_EQ(0, Import(folder.Path(), Data / "multitrait/multitrait.csv").Status);
   const ToolResult lint = RunTool(folder.Path(), TOV_LINT_EXECUTABLE);
   EXPECT_EQ(0, lint.Status) << lint.Console;
   RunTool(folder.Path(), TOV_EXECUTABLE);
-
-  const auto reference = ReferenceLods(Data / "multitrait/multitrait_mr.tsv");
-  std::map<int, std::string> markerName;  // from the marker map
-  std::ifstream map(folder.Path() / "multitrait.map");
-  std::string line;
-  std::getline(map, line);
-  while (std::getline(map, line)) {
-    std::istringstream fields(line);
-    std::string id, name;
-    std::getline(fields, id, '\t');
-    std::getline(fields, name, '\t');
-    markerName[std::stoi(id)] = name;
+  // The LODs of the R package by marker name, one for each trait.
+  std::map<std::string, std::vector<double>> reference;
+  std::istringstream tsv(ReadWholeFile((Data / "multitrait/multitrait_mr.tsv").string()));
+  std::string line, marker, chromosome, position;
+  std::getline(tsv, line);
+  while (tsv >> marker >> chromosome >> position && std::getline(tsv, line)) {
+    std::istringstream values(line);
+    for (double lod; values >> lod;) reference[marker].push_back(lod);
   }
   // Rows of single-marker analysis, read by their fixed columns.
-  std::ifstream rsm(folder.Path() / "multitrait.rsm");
+  std::istringstream rsm(ReadWholeFile((folder.Path() / "multitrait.rsm").string()));
   std::getline(rsm, line);
   int compared = 0;
   double largest = 0.0;
   while (std::getline(rsm, line)) {
     if (line.substr(32, 12).find("Mean") != std::string::npos) continue;
     const int trait = std::stoi(line.substr(0, 12));
-    const int marker = std::stoi(line.substr(44, 12));
-    const double lod = std::stod(line.substr(92, 12));
-    largest = std::max(largest, std::abs(lod - reference.at(markerName.at(marker)).at(trait - 1)));
+    const std::string name(tov::TrimBoth(line.substr(57, 35)));
+    largest = std::max(largest, std::abs(std::stod(line.substr(92, 12)) - reference.at(name).at(trait - 1)));
     ++compared;
   }
   EXPECT_EQ(24 * 117, compared);
