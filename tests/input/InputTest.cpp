@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -19,7 +20,6 @@
 #include "input/Phenotypes.h"
 #include "input/ProjectInput.h"
 #include "input/SimulationModel.h"
-#include "input/TokenRow.h"
 #include "support/CaseTable.h"
 #include "support/ScratchFile.h"
 #include "text/TextInput.h"
@@ -103,18 +103,14 @@ TEST_F(Input, PhenotypeValuesAndMissingTokens) {
     std::istringstream words(c.size() > 4 ? c[4] : "");
     for (std::string word; words >> word;) expected.push_back(word == "M" ? MissingValue : std::stof(word));
     if (status == 0) {
-      EXPECT_EQ(values, expected) << c[0];
+      EXPECT_TRUE(std::equal(values.begin(), values.end(), expected.begin(), expected.end(),
+                             [](float a, float b) { return a == b || (a != a && b != b); }))
+          << c[0] << testing::PrintToString(values);
     }
   }
   std::int32_t status = 0;
   Phenotypes(Open("Y NA 1\n"), 2, status);
   EXPECT_EQ(Phenotypes(Open("Y -100 1\n"), 2, status)[0], -100.0f) << "a token seen once counts for later files";
-  TokenRow tokens(PhenotypeTokenLength);
-  tokens.Set(1, "NaN");
-  Array<float, 1> values(1);
-  ClearPhenotypeMissingTokens();
-  ConvertPhenotypeRow(1, tokens, values.View(), status);
-  EXPECT_TRUE(status == 0 && std::isnan(values(1))) << "NaN passes the -100 test";
 }
 
 TEST_F(Input, ProjectWithoutTraitsAndTheMarkerTriangle) {

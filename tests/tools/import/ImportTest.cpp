@@ -2,7 +2,8 @@
 // tables of the same data written by hand as a project; a real cross of
 // recombinant inbred lines imports, lints clean and gives the LODs of the
 // marker regression of the R package for QTL mapping; what cannot be
-// converted is refused with one message and nothing written.
+// converted is refused with one message and nothing written; and the names
+// it writes.
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,9 @@
 #include <sstream>
 
 #include "text/Format.h"
+#include "text/FreeFormatRead.h"
+#include "text/TextInput.h"
+#include "tools/import/FieldNames.h"
 #include "tools/ToolRun.h"
 
 namespace fs = std::filesystem;
@@ -82,6 +86,33 @@ TEST(Import, RefusesWhatItCannotConvertAndWritesNothing) {
     EXPECT_EQ(ReadWholeFile(expected.replace_extension(".expected").string()), result.Console);
     EXPECT_EQ(1, std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator())) << entry.path();
   }
+}
+
+// Names written for the program's fixed fields: the free-format reader
+// takes each written name back exactly, and fitted names are unique within
+// their field.
+TEST(FieldNames, TheReaderTakesEveryWrittenNameBackExactly) {
+  const std::string names[] = {"PVV4",  "DF.162L/164C-Col", "Butenyl 3", "m,comma", "q\"uote", "it's",
+                               "3*x",   "!bang",            "",          "a\tb",    "/",       "12*"};
+  for (const std::string& name : names) {
+    tov::TextInput input;
+    input.OpenText(tov::QuotedIfNeeded(name) + " A B");
+    tov::FreeFormatRead read(input);
+    std::string item, next;
+    ASSERT_TRUE(read.Text(item, 64) && read.Text(next, 1) && read.Finish()) << name;
+    EXPECT_EQ(name, tov::TrimTrailing(item)) << tov::QuotedIfNeeded(name);
+    EXPECT_EQ("A", next) << "the next token stays the next value after " << tov::QuotedIfNeeded(name);
+  }
+}
+
+TEST(FieldNames, FittedNamesAreUniqueInTheirField) {
+  const std::vector<std::string> names = {"Quercetin.deoxyhexosyl.dihexoside", "Quercetin.deoxyhexo",
+                                          "Quercetin.deoxyhexosyl.hexoside", "Quercetin.deoxyhe~1", "Yield",
+                                          "line\nbreak"};
+  const std::vector<std::string> fitted = tov::FitNames(names, 19);
+  const std::vector<std::string> expected = {"Quercetin.deoxyhe~2", "Quercetin.deoxyhexo", "Quercetin.deoxyhe~3",
+                                             "Quercetin.deoxyhe~1", "Yield",               "line_break"};
+  EXPECT_EQ(expected, fitted);
 }
 
 }  // namespace

@@ -19,19 +19,13 @@ namespace {
 
 const fs::path LintCases = fs::path(TOV_SOURCE_DIR) / "tests/tools/lint";
 
-std::set<std::string> FolderListing(const fs::path& folder) {
-  std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename());
-  return names;
-}
-
 // Lints a copy of the folder; the copy must come out unchanged.
 ToolResult LintCopy(const fs::path& project, const std::string& tag) {
   ScratchFolder scratch("lint-" + tag);
   fs::copy(project, scratch.Path(), fs::copy_options::recursive);
-  const std::set<std::string> before = FolderListing(scratch.Path());
+  const std::set<fs::path> before(fs::directory_iterator(scratch.Path()), {});
   const ToolResult result = RunTool(scratch.Path(), TOV_LINT_EXECUTABLE);
-  EXPECT_EQ(before, FolderListing(scratch.Path())) << tag << ": the linter wrote a file";
+  EXPECT_EQ(before, std::set<fs::path>(fs::directory_iterator(scratch.Path()), {})) << tag << ": the linter wrote a file";
   return result;
 }
 

@@ -42,17 +42,6 @@ std::size_t Count(const std::string& text, const std::string& piece) {
   return count;
 }
 
-// A finished run in the folder: a hand-made one copied, or an example run
-// by tov; then the report.
-void PrepareRun(const fs::path& source, const fs::path& run) {
-  fs::copy(source, run, fs::copy_options::recursive);
-  if (!fs::exists(run / "study.mtp")) {
-    ASSERT_EQ(0, RunTool(run, TOV_EXECUTABLE).Status);
-  }
-  const ToolResult report = RunTool(run, TOV_REPORT_EXECUTABLE);
-  ASSERT_EQ(0, report.Status) << report.Console;
-}
-
 double Attribute(const std::string& svg, const std::string& name) {
   const std::regex pattern(name + "=\"([^\"]*)\"");
   std::smatch match;
@@ -105,7 +94,13 @@ TEST(Report, TablesReadBackAndAPlotForEachTable) {
                                  Examples / "simulation"}) {
     ScratchFolder folder("report");
     const fs::path run = folder.Path() / "run";
-    PrepareRun(source, run);
+    fs::copy(source, run, fs::copy_options::recursive);
+    // A hand-made run is reported as it is, an example once tov has run it.
+    if (!fs::exists(run / "study.mtp")) {
+      ASSERT_EQ(0, RunTool(run, TOV_EXECUTABLE).Status);
+    }
+    const ToolResult report = RunTool(run, TOV_REPORT_EXECUTABLE);
+    ASSERT_EQ(0, report.Status) << report.Console;
     if (fs::exists(source / "expected")) {
       for (const auto& expected : fs::directory_iterator(source / "expected"))
         EXPECT_EQ(ReadWholeFile(expected.path().string()), ReadWholeFile((run / expected.path().filename()).string()))
