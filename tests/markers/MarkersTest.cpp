@@ -1,11 +1,14 @@
 // Marker preprocessing where the end-to-end projects do not go: the bin
-// rules on small genotype blocks (a duplicate pair last among them), the
-// missing code as a number in the correlations, the skipped second step,
-// the condition index and the cap of the correlation tables.
+// rules on small genotype blocks and against the plain loops on random
+// ones, the missing code as a number in the correlations, the skipped
+// second step, a refused condition index and the cap of the correlation
+// tables.
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,6 +17,7 @@
 #include "markers/MarkerReports.h"
 #include "markers/Multicollinearity.h"
 #include "markers/PreprocessMarkers.h"
+#include "support/CaseTable.h"
 #include "support/ScratchFile.h"
 
 namespace tov {
@@ -38,29 +42,21 @@ struct Genotypes {
   Array<char, 2> markerType, columns;
 };
 
+// The words of a text, each read as a T.
+template <class T>
+std::vector<T> Words(const std::string& text) {
+  std::istringstream words(text);
+  return std::vector<T>(std::istream_iterator<T>(words), {});
+}
+
 TEST(Markers, Bins) {
-  const struct {
-    std::vector<std::string> Rows;
-    std::vector<int> BinIDs, Kept;
-  } cases[] = {
-      // One pass: 3 joins the seed, 2 joins through 3 unvisited, so 4 (like 2 only) stays out.
-      {{"AABB", "BAXA", "XABX", "BXAA"}, {1, 1, 1, 0}, {1, 4}},
-      // An all-missing marker collapses everything not yet binned, and never represents it.
-      {{"ABAB", "BABA", "XXXX", "AABB", "BBAA"}, {1, 1, 1, 1, 1}, {1}},
-      // Bins are numbered by their seeds; the last marker is a member, never a seed.
-      {{"ABAB", "AABB", "ABAB", "AABB", "BBBA"}, {1, 2, 1, 2, 0}, {1, 2, 5}},
-      {{"ABAB", "BBAA", "ABAB"}, {1, 0, 1}, {1, 2}},
-      // A duplicate pair placed last in the block.
-      {{"ABAB", "AABB", "BBAA", "BABA", "BABA"}, {0, 0, 0, 1, 1}, {1, 2, 3, 4}},
-      // The representative has the least missing data, the first on a tie.
-      {{"AXBB", "AABB", "BBBB", "AABB"}, {1, 1, 0, 1}, {2, 3}},
-      {{"ABAB"}, {0}, {1}},
-  };
-  for (const auto& c : cases) {
-    const Genotypes g(c.Rows);
-    const MarkerBins bins = BinMarkers(static_cast<int>(c.Rows.size()), static_cast<int>(c.Rows[0].size()), g.columns);
-    EXPECT_EQ(Vector(bins.BinID), c.BinIDs) << c.Rows[0];
-    EXPECT_EQ(Vector(CopyKeptMarkers(static_cast<int>(c.Rows.size()), bins.Deleted)), c.Kept) << c.Rows[0];
+  for (const auto& c : testing_support::ReadCaseTable("markers/data/bins.txt")) {
+    const std::vector<std::string> rows = Words<std::string>(c.at(0));
+    const Genotypes g(rows);
+    const int n = static_cast<int>(rows.size());
+    const MarkerBins bins = BinMarkers(n, static_cast<int>(rows[0].size()), g.columns);
+    EXPECT_EQ(Vector(bins.BinID), Words<int>(c.at(1))) << c[0];
+    EXPECT_EQ(Vector(CopyKeptMarkers(n, bins.Deleted)), Words<int>(c.at(2))) << c[0];
   }
   EXPECT_TRUE(SameGenotypes(4, "AXAB", "ABXB"));
   EXPECT_FALSE(SameGenotypes(4, "BXXX", "AXXX"));

@@ -30,36 +30,32 @@ std::string ReadAll(const std::string& text, const std::string& program) {
   TextInput input;
   EXPECT_TRUE(input.Open(path));
   std::filesystem::remove(path);
-  std::ostringstream out;
-  std::istringstream reads(program + " /");
-  std::unique_ptr<FreeFormatRead> read = std::make_unique<FreeFormatRead>(input);
+  std::string out;
+  std::istringstream items(program + " /");
+  auto read = std::make_unique<FreeFormatRead>(input);
   bool failed = false;
-  for (std::string item; reads >> item;) {
+  for (std::string item; items >> item;) {
+    std::int32_t i = -1;
+    float r = 9.5f;
+    std::string t(item.size() > 1 ? std::stoul(item.substr(1)) : 0, '?');
     if (item == "c") {
       SkipComments(input);
     } else if (item == "/") {
-      out << (failed ? "" : read->Finish() ? " ." : " !");
+      out += failed ? "" : read->Finish() ? " ." : " !";
       read = std::make_unique<FreeFormatRead>(input);
       failed = false;
+    } else if (!failed && item[0] == 'i') {
+      failed = !read->Integer(i);
+      out.append(" ").append(failed ? "FAIL" : std::to_string(i));
+    } else if (!failed && item[0] == 'r') {
+      failed = !read->Real(r);
+      out.append(" ").append(failed ? "FAIL" : (std::ostringstream() << r).str());
     } else if (!failed) {
-      std::int32_t i = -1;
-      float r = 9.5f;
-      std::string t(item.size() > 1 ? std::stoul(item.substr(1)) : 0, '?');
-      const bool ok = item[0] == 'i' ? read->Integer(i) : item[0] == 'r' ? read->Real(r) : read->Text(t, t.size());
-      failed = !ok;
-      out << " ";
-      if (failed) {
-        out << "FAIL";
-      } else if (item[0] == 'i') {
-        out << i;
-      } else if (item[0] == 'r') {
-        out << r;
-      } else {
-        out << "[" << t << "]";
-      }
+      failed = !read->Text(t, t.size());
+      out.append(" ").append(failed ? "FAIL" : "[" + t + "]");
     }
   }
-  return out.str().substr(1);
+  return out.substr(1);
 }
 
 TEST(Text, FreeFormatReadsAndCommentLines) {
