@@ -1,9 +1,8 @@
 #pragma once
 // Tables of cases kept as data files under tests/: one case a line, its
-// fields separated by " | ", with a backslash before n, r or t writing a
-// line feed, a carriage return or a tab as in C, and before any other
-// character that character; empty lines and lines starting with '#' are
-// left out.
+// fields separated by " | ", \n, \r and \t as in C (a backslash before
+// any other character: that character); lines empty or starting with '#'
+// are left out.
 
 #include <gtest/gtest.h>
 
