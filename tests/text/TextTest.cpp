@@ -63,17 +63,6 @@ TEST(Text, FreeFormatReadsAndCommentLines) {
     EXPECT_EQ(ReadAll(c.at(0), c.at(1)), c.at(2)) << c[0];
   // Only the first 128 columns tell a blank line.
   EXPECT_EQ(ReadAll(std::string(128, ' ') + "hidden\nvalue\n", "c t8 / t8"), "[value   ] . FAIL");
-  TextInput input;
-  input.OpenText("a");
-  std::string_view line;
-  ASSERT_TRUE(input.NextLine(line));
-  EXPECT_FALSE(input.NextLine(line));
-  input.BackOneLine();
-  EXPECT_FALSE(input.NextLine(line)) << "back after the end only undoes the end";
-  const std::string folder = testing::TempDir();
-  EXPECT_TRUE(FileExists(folder));
-  EXPECT_FALSE(input.Open(folder)) << "a folder exists but is no text";
-  EXPECT_FALSE(FileExists(""));
 }
 
 TEST(Text, Numbers) {
