@@ -1,6 +1,6 @@
 // What the end-to-end logs do not pin: the code field, fields too wide for
 // a message, the CPU line (masked there), clock readings with leading
-// zeros, codes without text, and the log written before the console.
+// zeros, and codes without text.
 
 #include "core/Messages.h"
 

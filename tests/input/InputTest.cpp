@@ -42,9 +42,8 @@ class Input : public testing::Test {
   }
   // A new run whose project file or PAR file holds the text.
   std::int32_t ReadProject(const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
     run = std::make_unique<RunData>();
-    ReadProjectInput(*run, path + "      ");
+    ReadProjectInput(*run, Open(text));
     return run->StatusCode;
   }
   std::int32_t ReadPar(const std::string& text, std::int32_t indicator = 1) {

@@ -1,14 +1,11 @@
 // Runs tov on every project under tests/projects and compares what it
-// leaves with the case's expected/ folder: the same set of files, each
-// with the same text.  The console is compared as expected/console.txt;
-// standard error, where the numerical routines report, as
-// expected/stderr.txt, and must be empty without it.  A file
-// memory_limit_kb beside input/ caps the run's address space.  A file
-// pinned_clock holds a reading "YYYY/MM/DD HH:MM:SS.mmm" at which the clock
-// stands still for the whole run, so that the random stream starts from a
-// known state and the log's clock lines are compared as they are;
-// elsewhere clock readings vary from run to run and are masked, after their
-// form has been checked.  CPU times are always masked.
+// leaves with the case's expected/ folder: the same files with the same
+// text, the console as console.txt and standard error as stderr.txt (empty
+// when not there).  A file memory_limit_kb beside input/ caps the run's
+// address space; a file pinned_clock holds a reading at which the clock
+// stands still, so that the random stream starts from a known state and the
+// clock lines are compared as they are.  Elsewhere they are masked once
+// their form has been checked; CPU times always are.
 
 #include <gtest/gtest.h>
 

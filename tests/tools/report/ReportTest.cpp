@@ -22,11 +22,9 @@ namespace {
 const fs::path Examples = fs::path(TOV_SOURCE_DIR) / "examples";
 const fs::path Cases = fs::path(TOV_SOURCE_DIR) / "tests/tools/report";
 
-using Table = std::vector<std::vector<std::string>>;
-
 // The rows of a table of the report run; none where the run has no such table.
-Table ReadTsv(const fs::path& run, const std::string& table) {
-  Table rows;
+std::vector<std::vector<std::string>> ReadTsv(const fs::path& run, const std::string& table) {
+  std::vector<std::vector<std::string>> rows;
   std::istringstream text(ReadWholeFile((run / ("study." + table + ".tsv")).string()));
   for (std::string line; std::getline(text, line);) {
     rows.emplace_back();
