@@ -46,10 +46,9 @@ class Input : public testing::Test {
     ReadProjectInput(*run, Open(text));
     return run->StatusCode;
   }
-  std::int32_t ReadPar(const std::string& text, std::int32_t indicator = 1) {
+  std::int32_t ReadPar(const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
     run = std::make_unique<RunData>();
-    run->Indicator = indicator;
     ReadParameters(*run, path + "   ");
     return run->StatusCode;
   }
@@ -132,10 +131,6 @@ TEST_F(Input, Parameters) {
   ASSERT_EQ(ReadPar("NaN\n1 NaN\n1 NaN NaN\n1 NaN NaN\n1 10 NaN\n1 10 NaN\n1 10 NaN\n"), 0);
   EXPECT_TRUE(std::isnan(run->SMALOD) && std::isnan(run->AddPOUT) && std::isnan(run->SMAPermTypeI));
   EXPECT_EQ(ReadPar("-1\n1\n! LOD\n 0.5\n"), 3003) << "no comment line within a block";
-  // A simulation reads no permutation blocks, whatever stands there.
-  EXPECT_EQ(ReadPar("1\n1 3\n1 3 0.01\n0 3 0.01\nrubbish\n", 2), 0);
-  EXPECT_EQ(ReadPar(good, 2), 0);
-  EXPECT_EQ(run->SMAPermIndicator + run->SMAPermTimes, 0);
 }
 
 // Four markers on six lines; marker 2 is missing at two lines, marker 4 at one.
