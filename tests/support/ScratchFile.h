@@ -39,10 +39,7 @@ inline std::filesystem::path ScratchPath(const std::string& tag) {
 // the end of the test.
 class ScratchFile {
  public:
-  explicit ScratchFile(const std::string& tag)
-      : path_(ScratchPath(tag)) {
-    unit_.Create(path_.string());
-  }
+  explicit ScratchFile(const std::string& tag) : path_(ScratchPath(tag)) { unit_.Create(path_.string()); }
   ~ScratchFile() { std::filesystem::remove(path_); }
   TextOutput& Unit() { return unit_; }
 
