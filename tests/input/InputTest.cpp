@@ -147,7 +147,6 @@ TEST_F(Input, SimulationModel) {
   ASSERT_EQ(read("0 0 0.5\n\n\n"), 0);
   EXPECT_TRUE(run->GeneticVariance == 0.0f && std::isnan(run->QTLPVEGenetic(3))) << "no QTL";
   EXPECT_EQ(read("0 0 0.5\n"), 3505) << "the empty read of the positions finds the end";
-  EXPECT_EQ(read("0 0 0.5\n\n"), 3507);
   ASSERT_EQ(read("1 5 0.0\n2\n1.0\n"), 0);
   EXPECT_TRUE(std::isinf(run->ErrorVariance));
   ASSERT_EQ(read("1 5 NaN\n2\n1.0\n"), 0);

@@ -58,8 +58,6 @@ TEST(Markers, Bins) {
     EXPECT_EQ(Vector(bins.BinID), Words<int>(c.at(1))) << c[0];
     EXPECT_EQ(Vector(CopyKeptMarkers(n, bins.Deleted)), Words<int>(c.at(2))) << c[0];
   }
-  EXPECT_TRUE(SameGenotypes(4, "AXAB", "ABXB"));
-  EXPECT_FALSE(SameGenotypes(4, "BXXX", "AXXX"));
 }
 
 // The bins as the plain double loops over MarkerIDs form them, comparing
@@ -122,7 +120,6 @@ TEST(Markers, MulticollinearityCountsMissingAsANumberAndCanBeSkipped) {
   std::filesystem::remove(log);
   EXPECT_NE(text.find("           1          4.                                  M2           4"), std::string::npos)
       << text;
-  EXPECT_EQ(text.find("Step 2", text.find("Step 2") + 1), std::string::npos) << "only the first run has the step";
 
   // A matrix the eigen solver refuses leaves the previous index.
   Array<float, 2> pair(2, 2);

@@ -92,8 +92,6 @@ TEST(Text, FixedColumnFields) {
     EXPECT_EQ("[" + field + "]", c.at(5)) << c[0] << " " << c[1];
   }
   EXPECT_EQ(Row().Integer(1, 3).Blank().Text("  abc   ", 6).Text("abcdefgh", 5).Str(), "  1    abcabcde");
-  EXPECT_EQ(TrimBoth("   12.50 "), "12.50");
-  EXPECT_EQ(TrimTrailing("  a b  "), "  a b");
   // The digits are those of printf, ties and halfway cases included: on
   // random bit patterns, and on values of a few decimals, where the short
   // conversion is taken, halfway ones (multiples of 2^-k) among them; the
