@@ -20,6 +20,7 @@
 #include "input/Phenotypes.h"
 #include "input/ProjectInput.h"
 #include "input/SimulationModel.h"
+#include "input/TokenRow.h"
 #include "support/CaseTable.h"
 #include "support/ScratchFile.h"
 #include "text/TextInput.h"
@@ -78,6 +79,13 @@ TEST_F(Input, GenotypeTokensRowsAndNames) {
     EXPECT_EQ(CheckDuplicateNames(names).Later, expected[k].Later) << k;
     EXPECT_EQ(CheckDuplicateNames(names).Earlier, expected[k].Earlier) << k;
   }
+  // Two billion nulls by a repeat pass at once and leave the row as it was
+  // (the end-to-end projects have them after a slash).
+  TokenRow row(2);
+  input.OpenText("B 2000000000*");
+  FreeFormatRead read(input);
+  ASSERT_TRUE(row.Read(read, 2000000001) && read.Finish());
+  EXPECT_EQ(std::string(row.Token(1)) + std::string(row.Token(2000000001)), "B   ");
 }
 
 // Rows of 1 trait and 1 environment unless given; a value per line.
