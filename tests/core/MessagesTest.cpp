@@ -1,13 +1,11 @@
 // What the end-to-end logs do not pin: the code field, fields too wide for
 // a message, the CPU line (masked there), clock readings with leading
-// zeros, codes without text, and the log written before the console.
+// zeros, and codes without text.
 
 #include "core/Messages.h"
 
 #include <gtest/gtest.h>
 
-#include "core/Log.h"
-#include "support/ScratchFile.h"
 
 namespace tov {
 namespace {
@@ -29,15 +27,6 @@ TEST(Messages, FieldsLinesAndOrder) {
   EXPECT_EQ(LogOf(ComposeRun(1015, "", 0.0f, 0.0004f, {})), "CPU_TIME taken: 0.000 minutes or 0.000 seconds\n");
   EXPECT_TRUE(ComposeRun(1020, "x", 0, 0, {}).empty() && ComposeMapping(1204, 1, 1).empty() &&
               ComposeInput(2003, 1).empty());
-  const std::string path = testing_support::ScratchPath("messages").string();
-  ASSERT_TRUE(LogFile().Create(path));
-  testing::internal::CaptureStdout();
-  ReportInput(2002, 3);
-  const std::string console = testing::internal::GetCapturedStdout();
-  LogFile().Close();
-  EXPECT_EQ(testing_support::ReadWholeFile(path), "--Error2002: Indicator=3 out of range [1:2]!\n");
-  EXPECT_EQ(console, "--Error2002: Indicator=3 out of range [1:2]!\n");
-  std::filesystem::remove(path);
 }
 
 }  // namespace

@@ -1,11 +1,14 @@
 // Marker preprocessing where the end-to-end projects do not go: the bin
-// rules on small genotype blocks (a duplicate pair last among them), the
-// missing code as a number in the correlations, the skipped second step,
-// the condition index and the cap of the correlation tables.
+// rules on small genotype blocks and against the plain loops on random
+// ones, the missing code as a number in the correlations, the skipped
+// second step, a refused condition index and the cap of the correlation
+// tables.
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,6 +17,7 @@
 #include "markers/MarkerReports.h"
 #include "markers/Multicollinearity.h"
 #include "markers/PreprocessMarkers.h"
+#include "support/CaseTable.h"
 #include "support/ScratchFile.h"
 
 namespace tov {
@@ -38,32 +42,22 @@ struct Genotypes {
   Array<char, 2> markerType, columns;
 };
 
+// The words of a text, each read as a T.
+template <class T>
+std::vector<T> Words(const std::string& text) {
+  std::istringstream words(text);
+  return std::vector<T>(std::istream_iterator<T>(words), {});
+}
+
 TEST(Markers, Bins) {
-  const struct {
-    std::vector<std::string> Rows;
-    std::vector<int> BinIDs, Kept;
-  } cases[] = {
-      // One pass: 3 joins the seed, 2 joins through 3 unvisited, so 4 (like 2 only) stays out.
-      {{"AABB", "BAXA", "XABX", "BXAA"}, {1, 1, 1, 0}, {1, 4}},
-      // An all-missing marker collapses everything not yet binned, and never represents it.
-      {{"ABAB", "BABA", "XXXX", "AABB", "BBAA"}, {1, 1, 1, 1, 1}, {1}},
-      // Bins are numbered by their seeds; the last marker is a member, never a seed.
-      {{"ABAB", "AABB", "ABAB", "AABB", "BBBA"}, {1, 2, 1, 2, 0}, {1, 2, 5}},
-      {{"ABAB", "BBAA", "ABAB"}, {1, 0, 1}, {1, 2}},
-      // A duplicate pair placed last in the block.
-      {{"ABAB", "AABB", "BBAA", "BABA", "BABA"}, {0, 0, 0, 1, 1}, {1, 2, 3, 4}},
-      // The representative has the least missing data, the first on a tie.
-      {{"AXBB", "AABB", "BBBB", "AABB"}, {1, 1, 0, 1}, {2, 3}},
-      {{"ABAB"}, {0}, {1}},
-  };
-  for (const auto& c : cases) {
-    const Genotypes g(c.Rows);
-    const MarkerBins bins = BinMarkers(static_cast<int>(c.Rows.size()), static_cast<int>(c.Rows[0].size()), g.columns);
-    EXPECT_EQ(Vector(bins.BinID), c.BinIDs) << c.Rows[0];
-    EXPECT_EQ(Vector(CopyKeptMarkers(static_cast<int>(c.Rows.size()), bins.Deleted)), c.Kept) << c.Rows[0];
+  for (const auto& c : testing_support::ReadCaseTable("markers/data/bins.txt")) {
+    const std::vector<std::string> rows = Words<std::string>(c.at(0));
+    const Genotypes g(rows);
+    const int n = static_cast<int>(rows.size());
+    const MarkerBins bins = BinMarkers(n, static_cast<int>(rows[0].size()), g.columns);
+    EXPECT_EQ(Vector(bins.BinID), Words<int>(c.at(1))) << c[0];
+    EXPECT_EQ(Vector(CopyKeptMarkers(n, bins.Deleted)), Words<int>(c.at(2))) << c[0];
   }
-  EXPECT_TRUE(SameGenotypes(4, "AXAB", "ABXB"));
-  EXPECT_FALSE(SameGenotypes(4, "BXXX", "AXXX"));
 }
 
 // The bins as the plain double loops over MarkerIDs form them, comparing
@@ -114,47 +108,38 @@ TEST(Markers, MulticollinearityCountsMissingAsANumberAndCanBeSkipped) {
   const Genotypes g({"AAAXXBBBBB", "AAAABBBBBB", "AABBBBBBBA", "BABABABABA"});
   Array<std::int32_t, 1> deleted(4);
   EXPECT_EQ(Vector(HandleMulticollinearity(3.0f, g.names, g.columns, deleted)), (std::vector<int>{1, 3, 4}));
-  EXPECT_EQ(PreprocessMarkers(g.names, g.markerType, -1.0f).Size(), 3u) << "a negative limit: binning alone";
   std::vector<std::string> many;  // 201 distinct markers of 8 lines
   for (int m = 0; m < 201; ++m) {
     many.emplace_back(8, 'A');
     for (int bit = 0; bit < 8; ++bit) many.back()[bit] = (m >> bit) & 1 ? 'B' : 'A';
   }
   const Genotypes wide(many);
-  EXPECT_EQ(PreprocessMarkers(wide.names, wide.markerType, 1.0f).Size(), 201u) << "more than 200 skip it";
+  EXPECT_EQ(PreprocessMarkers(wide.names, wide.markerType, 1.0f).Size(), 201u);
   LogFile().Close();
   const std::string text = testing_support::ReadWholeFile(log);
   std::filesystem::remove(log);
   EXPECT_NE(text.find("           1          4.                                  M2           4"), std::string::npos)
       << text;
-  EXPECT_EQ(text.find("Step 2", text.find("Step 2") + 1), std::string::npos) << "only the first run has the step";
+  EXPECT_EQ(text.find("Step 2", text.find("Step 2") + 1), std::string::npos) << "more than 200 skip the step";
 
+  // A matrix the eigen solver refuses leaves the previous index.
   Array<float, 2> pair(2, 2);
-  pair(1, 1) = pair(2, 2) = 1.0f;
-  pair(1, 2) = pair(2, 1) = 0.5f;
-  float index = -1.0f;
-  ComputeConditionIndex(10, pair, index);
-  EXPECT_FLOAT_EQ(index, 3.0f) << "1.5 / 0.5, with no square root";
   pair(1, 1) = -1.0f;
+  pair(2, 2) = 1.0f;
+  pair(1, 2) = pair(2, 1) = 0.5f;
+  float index = 3.0f;
   testing::internal::CaptureStderr();
   ComputeConditionIndex(10, pair, index);
   testing::internal::GetCapturedStderr();
-  EXPECT_FLOAT_EQ(index, 3.0f) << "a refused matrix leaves the previous index";
+  EXPECT_EQ(index, 3.0f);
 }
 
 TEST(Markers, EachCorrelationTableStopsAtOneThousandMarkers) {
-  const int n = 1001;
-  Array<std::string, 1> names(n);
-  Array<char, 2> markerType(n, 2);
-  Array<std::int32_t, 1> kept(n);
-  for (int m = 1; m <= n; ++m) {
-    names(m) = std::to_string(m);
-    markerType(m, 1) = m % 2 ? 'A' : 'B';
-    markerType(m, 2) = m % 2 ? 'B' : 'A';
-    kept(m) = m;
-  }
+  std::vector<std::string> rows(1001);
+  for (std::size_t m = 0; m < rows.size(); ++m) rows[m] = m % 2 ? "BA" : "AB";
+  const Genotypes g(rows);
   testing_support::ScratchFile coe("capped.coe");
-  WriteCorrelationReport(coe.Unit(), names, markerType, kept);
+  WriteCorrelationReport(coe.Unit(), g.names, g.markerType, CopyKeptMarkers(1001, Array<std::int32_t, 1>(1001)));
   const std::vector<std::string> lines = coe.Lines();
   ASSERT_EQ(lines.size(), 2u * (1 + 1000 + 1));
   EXPECT_EQ(lines[0].size(), 48u + 12u * 1000u);

@@ -1,7 +1,7 @@
-// The top of the program apart from whole runs: which output files each
-// setting opens and their headings, and the input check as a calling
-// program meets it (the shared library loaded at run time, CheckErrorTOV
-// looked up by its C name, "TOV.log" in the caller's working directory).
+// The top of the program apart from whole runs: the output files of a
+// setting no project has, and the input check as a calling program meets
+// it (the shared library loaded at run time, CheckErrorTOV looked up by its
+// C name, "TOV.log" in the caller's working directory).
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,6 @@
 #include <fstream>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "core/Log.h"
 #include "run/InputCheck.h"
@@ -35,99 +34,69 @@ class Run : public testing::Test {
     fs::current_path(home);
     fs::remove_all(folder);
   }
-  std::set<std::string> Files() const {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
-    return names;
-  }
   const fs::path home = fs::current_path();
   const fs::path folder = testing_support::ScratchPath("run");
 };
 
+// The end-to-end projects open the files of every method with and without
+// its permutation test; here a permutation test without its method.
 TEST_F(Run, OutputFilesFollowTheSettings) {
-  const std::string traits = "     TraitID           TraitName Environment";
-  const std::string markers = traits +
-      "    MarkerID                          MarkerName         LOD      PVE(%)         Add       M(QQ)       M(qq)";
-  const std::string pairs = traits +
-      "   MarkerID1                         MarkerName1   MarkerID2                         MarkerName2       LODaa"
-      "    LODtotal    PVEaa(%) PVEtotal(%)        Add1        Add2    AddbyAdd M(Q1Q1Q2Q2) M(Q1Q1q2q2) M(q1q1Q2Q2)"
-      " M(q1q1q2q2)";
-  const struct {
-    int Indicator, SMA, Add, Epi, SMAPerm, AddPerm, EpiPerm;
-    std::string Extensions;
-  } cases[] = {
-      {1, 0, 0, 1, 0, 0, 0, ".coe .mtp .qice .rice .sta .stp"},
-      {1, 0, 0, 0, 0, 1, 0, ".coe .mtp .sta .tic"},
-      {2, 0, 0, 1, 1, 0, 0, ".coe .mtp"},
-      {2, 1, 1, 0, 0, 0, 0, ".coe .mtp .pic .psm .stp"},
-      {1, 1, 1, 1, 1, 1, 1, ".coe .mtp .qic .qice .qsm .ric .rice .rsm .sta .stp .tic .tice .tsm"},
-  };
-  for (const auto& c : cases) {
-    for (const auto& name : Files()) fs::remove(name);
-    if (c.Indicator == 1) std::ofstream("my study.sta") << "an old file is replaced\n";
-    RunData run;
-    run.OutputBase = (folder / "my study").string() + "  ";
-    run.Indicator = c.Indicator;
-    run.SMAIndicator = c.SMA, run.AddIndicator = c.Add, run.EpiIndicator = c.Epi;
-    run.SMAPermIndicator = c.SMAPerm, run.AddPermIndicator = c.AddPerm, run.EpiPermIndicator = c.EpiPerm;
-    OpenOutputFiles(run);
-    CloseOutputFiles(run);
-    std::string made;
-    for (const auto& name : Files()) made.append(made.empty() ? "" : " ").append(name, 8);
-    EXPECT_EQ(made, c.Extensions);
-  }
-  const struct {
-    std::string Extension, Heading;
-  } headings[] = {{".sta", "     TraitID           TraitName  SampleSize        Mean    Variance    StdError"
-                           "    Skewness    Kurtosis     Minimum     Maximum       Range      W-test     P-value\n"},
-                  {".qsm", markers + "\n"}, {".ric", markers + "\n"}, {".tic", traits + "       Times      MaxLOD\n"},
-                  {".qice", pairs + "\n"}, {".stp", ""}};
-  for (const auto& h : headings) EXPECT_EQ(ReadWholeFile("my study" + h.Extension), h.Heading) << h.Extension;
-  EXPECT_EQ(OutputBaseOf("study.txt   "), "study");
-  EXPECT_EQ(OutputBaseOf("a.b.csv"), "a.b");
+  std::ofstream("my study.sta") << "an old file is replaced\n";
+  RunData run;
+  run.OutputBase = (folder / "my study").string() + "  ";
+  run.Indicator = 1;
+  run.AddPermIndicator = 1;
+  OpenOutputFiles(run);
+  CloseOutputFiles(run);
+  std::string made;
+  for (const fs::path& name : std::set<fs::path>(fs::directory_iterator(folder), {}))
+    made.append(" ").append(name.extension().string());
+  EXPECT_EQ(made, " .coe .mtp .sta .tic");
+  EXPECT_EQ(ReadWholeFile("my study.sta").find("old"), std::string::npos);
+  EXPECT_EQ(OutputBaseOf("a.b.csv  "), "a.b");
   EXPECT_EQ(OutputBaseOf("abc"), "");
 }
 
 TEST_F(Run, InputCheckThroughTheSharedLibrary) {
   std::ofstream("good.txt") << "! a mapping project\n1\n2\n3\n1\n1\n1\nM1 A B X\nM2 B A A\nYield 1.5 NA 2\n";
   std::ofstream("bad.txt") << "3\n";
+  std::ofstream("TOV.log") << "earlier line\n";
+  fs::create_directory("folder.txt");
   void* library = dlopen(TOV_CHECK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(library, nullptr) << dlerror();
   const auto check = reinterpret_cast<void (*)(int, const char*, int*)>(dlsym(library, "CheckErrorTOV"));
   ASSERT_NE(check, nullptr) << dlerror();
-  const std::string bad = "--Error2002: Indicator=3 out of range [1:2]!\n"
-                          "--Error1101: error found in DLL! DLL name=DLL CheckErrorTOV\n";
+  const std::string failed = "--Error1101: error found in DLL! DLL name=DLL CheckErrorTOV\n";
+  const std::string bad = "--Error2002: Indicator=3 out of range [1:2]!\n" + failed;
   const std::string good = "DLL CheckErrorTOV run successfully!\n";
-  std::ofstream("TOV.log") << "earlier line\n";
-  int result = -1;
-  check(40, (std::string("bad.txt") + std::string(33, ' ')).data(), &result);
-  EXPECT_EQ(result, 2002);
-  check(8, "good.txtXYZ", &result);
-  EXPECT_EQ(result, 0) << "the name ends at its length";
+  auto missing = [&](const std::string& name) {
+    return "--Error1008: " + name + " does not exist, and the program stops!\n" + failed;
+  };
+  const std::string padded = std::string("bad.txt") + std::string(33, ' ');
   char buffer[32] = "good.txt";
-  check(32, buffer, &result);
-  EXPECT_EQ(result, 0) << "or at a NUL";
-  EXPECT_EQ(ReadWholeFile("TOV.log"), "earlier line\n" + bad + good + good) << "appended, and closed after each call";
-  // Every name that gives no readable file ends in a result, never in the
-  // end of the calling program.
-  fs::create_directory("folder.txt");
+  // The name ends at its length or at a NUL; a name that gives no readable
+  // file ends in a result, never in the end of the calling program.  Each
+  // call appends to the log and closes it.
   const struct {
-    int length;
-    const char* name;
-    const char* logged;
-  } unreadable[] = {{11, "missing.txt", "missing.txt"}, {10, "folder.txt", "folder.txt"}, {3, "   ", ""},
-                    {0, "good.txt", ""},               {-5, "good.txt", ""},            {4, nullptr, ""}};
-  for (const auto& c : unreadable) {
-    fs::remove("TOV.log");
-    check(c.length, c.name, &result);
-    EXPECT_EQ(result, 1008) << c.length << " " << (c.name ? c.name : "null");
-    EXPECT_EQ(ReadWholeFile("TOV.log"), "--Error1008: " + std::string(c.logged) +
-                                            " does not exist, and the program stops!\n"
-                                            "--Error1101: error found in DLL! DLL name=DLL CheckErrorTOV\n");
+    int Length;
+    const char* Name;
+    int Result;
+    std::string Logged;
+  } cases[] = {
+      {40, padded.data(), 2002, bad}, {8, "good.txtXYZ", 0, good}, {32, buffer, 0, good},
+      {11, "missing.txt", 1008, missing("missing.txt")}, {10, "folder.txt", 1008, missing("folder.txt")},
+      {3, "   ", 1008, missing("")}, {0, "good.txt", 1008, missing("")}, {-5, "good.txt", 1008, missing("")},
+      {4, nullptr, 1008, missing("")},
+  };
+  std::string log = "earlier line\n";
+  for (const auto& c : cases) {
+    int result = -1;
+    check(c.Length, c.Name, &result);
+    EXPECT_EQ(result, c.Result) << c.Length << " " << (c.Name ? c.Name : "null");
+    EXPECT_EQ(ReadWholeFile("TOV.log"), log += c.Logged) << c.Length << " " << (c.Name ? c.Name : "null");
   }
   check(8, "good.txt", nullptr);
   dlclose(library);
-  fs::remove("TOV.log");
 
   fs::remove("TOV.log");
   ASSERT_TRUE(LogFile().Create("caller.log"));

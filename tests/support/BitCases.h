@@ -7,11 +7,12 @@
 
 #include <cstdint>
 #include <cstring>
-#include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "support/ScratchFile.h"
 
 namespace tov::testing_support {
 
@@ -34,9 +35,7 @@ struct BitCase {
     std::vector<float> values;
     for (const std::string& token : Tokens(key)) {
       const auto bits = static_cast<std::uint32_t>(std::stoul(token, nullptr, 16));
-      float value;
-      std::memcpy(&value, &bits, sizeof value);
-      values.push_back(value);
+      std::memcpy(&values.emplace_back(), &bits, sizeof bits);
     }
     return values;
   }
@@ -49,21 +48,18 @@ struct BitCase {
 
 // The cases of a data file under tests/, by name.
 inline std::map<std::string, BitCase> ReadBitCases(const std::string& relativePath) {
-  std::ifstream file(std::string(TOV_TEST_PROJECTS) + "/../" + relativePath);
-  EXPECT_TRUE(file.is_open()) << relativePath;
+  std::istringstream file(ReadWholeFile(std::string(TOV_SOURCE_DIR) + "/tests/" + relativePath));
+  EXPECT_FALSE(file.str().empty()) << relativePath;
   std::map<std::string, BitCase> cases;
   BitCase* current = nullptr;
   for (std::string line; std::getline(file, line);) {
     std::istringstream words(line);
     std::string key, type;
-    words >> key;
+    words >> key >> type;
     if (key == "case") {
-      words >> key;
-      current = &cases[key];
+      current = &cases[type];
     } else if (key != "end" && current != nullptr) {
-      words >> type;
-      auto& tokens = current->Items[key];
-      for (std::string token; words >> token;) tokens.push_back(token);
+      for (std::string token; words >> token;) current->Items[key].push_back(token);
     }
   }
   return cases;

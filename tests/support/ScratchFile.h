@@ -28,7 +28,9 @@ inline std::string ReadWholeFile(const std::string& path) {
 inline std::filesystem::path ScratchPath(const std::string& tag) {
   static int counter = 0;
   const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-  const std::string test = info ? std::string(info->test_suite_name()) + "." + info->name() : "none";
+  std::string test = info ? std::string(info->test_suite_name()) + "." + info->name() : "none";
+  for (char& c : test)
+    if (c == '/') c = '_';  // parameterised tests have slashes in their names
   return std::filesystem::temp_directory_path() /
          ("tov-" + tag + "-" + test + "-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
 }
@@ -37,10 +39,7 @@ inline std::filesystem::path ScratchPath(const std::string& tag) {
 // the end of the test.
 class ScratchFile {
  public:
-  explicit ScratchFile(const std::string& tag)
-      : path_(ScratchPath(tag)) {
-    unit_.Create(path_.string());
-  }
+  explicit ScratchFile(const std::string& tag) : path_(ScratchPath(tag)) { unit_.Create(path_.string()); }
   ~ScratchFile() { std::filesystem::remove(path_); }
   TextOutput& Unit() { return unit_; }
 

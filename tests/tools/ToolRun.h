@@ -3,7 +3,6 @@
 // from a shell, and gives back its exit status and its console.
 
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -18,15 +17,10 @@ struct ToolResult {
   std::string Console;  // standard output and standard error
 };
 
-// A new empty folder in the temporary directory, named by the tag and the
-// process id; removed when the object goes.
+// A new empty folder at a ScratchPath, removed when the object goes.
 class ScratchFolder {
  public:
-  explicit ScratchFolder(const std::string& tag)
-      : path_(std::filesystem::temp_directory_path() / ("tov-" + tag + "-" + std::to_string(::getpid()))) {
-    std::filesystem::remove_all(path_);
-    std::filesystem::create_directories(path_);
-  }
+  explicit ScratchFolder(const std::string& tag) : path_(ScratchPath(tag)) { std::filesystem::create_directories(path_); }
   ~ScratchFolder() { std::filesystem::remove_all(path_); }
   const std::filesystem::path& Path() const { return path_; }
 
@@ -35,12 +29,9 @@ class ScratchFolder {
 };
 
 inline ToolResult RunTool(const std::filesystem::path& folder, const std::string& commandLine) {
-  const std::filesystem::path console = folder.parent_path() / (folder.filename().string() + ".console");
-  const std::string command = "cd '" + folder.string() + "' && " + commandLine + " > '" + console.string() + "' 2>&1";
-  const int status = std::system(command.c_str());
-  ToolResult result;
-  result.Status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  result.Console = ReadWholeFile(console.string());
+  const std::string console = folder.string() + ".console";
+  const int status = std::system(("cd '" + folder.string() + "' && " + commandLine + " > '" + console + "' 2>&1").c_str());
+  const ToolResult result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(console)};
   std::filesystem::remove(console);
   return result;
 }

@@ -2,16 +2,20 @@
 // tables of the same data written by hand as a project; a real cross of
 // recombinant inbred lines imports, lints clean and gives the LODs of the
 // marker regression of the R package for QTL mapping; what cannot be
-// converted is refused with one message and nothing written.
+// converted is refused with one message and nothing written; and the names
+// it writes.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <sstream>
 
+#include "text/Format.h"
+#include "text/FreeFormatRead.h"
+#include "text/TextInput.h"
+#include "tools/import/FieldNames.h"
 #include "tools/ToolRun.h"
 
 namespace fs = std::filesystem;
@@ -41,52 +45,31 @@ TEST(Import, RoundTripGivesTheTablesOfTheHandWrittenProject) {
   }
 }
 
-// The LODs of the R package, by marker name, one column per trait.
-std::map<std::string, std::vector<double>> ReferenceLods(const fs::path& path) {
-  std::map<std::string, std::vector<double>> lods;
-  std::ifstream file(path);
-  std::string line;
-  std::getline(file, line);  // the header
-  while (std::getline(file, line)) {
-    std::istringstream fields(line);
-    std::string marker, field;
-    std::getline(fields, marker, '\t');
-    for (int skip = 0; skip < 2; ++skip) std::getline(fields, field, '\t');  // chromosome, position
-    while (std::getline(fields, field, '\t')) lods[marker].push_back(std::stod(field));
-  }
-  return lods;
-}
-
 TEST(Import, RealCrossGivesTheLodsOfMarkerRegression) {
   ScratchFolder folder("import-multitrait");
   ASSERT_EQ(0, Import(folder.Path(), Data / "multitrait/multitrait.csv").Status);
   const ToolResult lint = RunTool(folder.Path(), TOV_LINT_EXECUTABLE);
   EXPECT_EQ(0, lint.Status) << lint.Console;
   RunTool(folder.Path(), TOV_EXECUTABLE);
-
-  const auto reference = ReferenceLods(Data / "multitrait/multitrait_mr.tsv");
-  std::map<int, std::string> markerName;  // from the marker map
-  std::ifstream map(folder.Path() / "multitrait.map");
-  std::string line;
-  std::getline(map, line);
-  while (std::getline(map, line)) {
-    std::istringstream fields(line);
-    std::string id, name;
-    std::getline(fields, id, '\t');
-    std::getline(fields, name, '\t');
-    markerName[std::stoi(id)] = name;
+  // The LODs of the R package by marker name, one for each trait.
+  std::map<std::string, std::vector<double>> reference;
+  std::istringstream tsv(ReadWholeFile((Data / "multitrait/multitrait_mr.tsv").string()));
+  std::string line, marker, chromosome, position;
+  std::getline(tsv, line);
+  while (tsv >> marker >> chromosome >> position && std::getline(tsv, line)) {
+    std::istringstream values(line);
+    for (double lod; values >> lod;) reference[marker].push_back(lod);
   }
   // Rows of single-marker analysis, read by their fixed columns.
-  std::ifstream rsm(folder.Path() / "multitrait.rsm");
+  std::istringstream rsm(ReadWholeFile((folder.Path() / "multitrait.rsm").string()));
   std::getline(rsm, line);
   int compared = 0;
   double largest = 0.0;
   while (std::getline(rsm, line)) {
     if (line.substr(32, 12).find("Mean") != std::string::npos) continue;
     const int trait = std::stoi(line.substr(0, 12));
-    const int marker = std::stoi(line.substr(44, 12));
-    const double lod = std::stod(line.substr(92, 12));
-    largest = std::max(largest, std::abs(lod - reference.at(markerName.at(marker)).at(trait - 1)));
+    const std::string name(tov::TrimBoth(line.substr(57, 35)));
+    largest = std::max(largest, std::abs(std::stod(line.substr(92, 12)) - reference.at(name).at(trait - 1)));
     ++compared;
   }
   EXPECT_EQ(24 * 117, compared);
@@ -103,6 +86,33 @@ TEST(Import, RefusesWhatItCannotConvertAndWritesNothing) {
     EXPECT_EQ(ReadWholeFile(expected.replace_extension(".expected").string()), result.Console);
     EXPECT_EQ(1, std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator())) << entry.path();
   }
+}
+
+// Names written for the program's fixed fields: the free-format reader
+// takes each written name back exactly, and fitted names are unique within
+// their field.
+TEST(FieldNames, TheReaderTakesEveryWrittenNameBackExactly) {
+  const std::string names[] = {"PVV4",  "DF.162L/164C-Col", "Butenyl 3", "m,comma", "q\"uote", "it's",
+                               "3*x",   "!bang",            "",          "a\tb",    "/",       "12*"};
+  for (const std::string& name : names) {
+    tov::TextInput input;
+    input.OpenText(tov::QuotedIfNeeded(name) + " A B");
+    tov::FreeFormatRead read(input);
+    std::string item, next;
+    ASSERT_TRUE(read.Text(item, 64) && read.Text(next, 1) && read.Finish()) << name;
+    EXPECT_EQ(name, tov::TrimTrailing(item)) << tov::QuotedIfNeeded(name);
+    EXPECT_EQ("A", next) << "the next token stays the next value after " << tov::QuotedIfNeeded(name);
+  }
+}
+
+TEST(FieldNames, FittedNamesAreUniqueInTheirField) {
+  const std::vector<std::string> names = {"Quercetin.deoxyhexosyl.dihexoside", "Quercetin.deoxyhexo",
+                                          "Quercetin.deoxyhexosyl.hexoside", "Quercetin.deoxyhe~1", "Yield",
+                                          "line\nbreak"};
+  const std::vector<std::string> fitted = tov::FitNames(names, 19);
+  const std::vector<std::string> expected = {"Quercetin.deoxyhe~2", "Quercetin.deoxyhexo", "Quercetin.deoxyhe~3",
+                                             "Quercetin.deoxyhe~1", "Yield",               "line_break"};
+  EXPECT_EQ(expected, fitted);
 }
 
 }  // namespace
