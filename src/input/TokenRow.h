@@ -26,6 +26,8 @@ class TokenRow {
   std::string_view Token(std::int64_t k) const;
   // Replaces the token of LineID k, cut or blank-filled to the width.
   void Set(std::int64_t k, std::string_view text);
+  // Sets the tokens of LineIDs first to last to one token of full width.
+  void Fill(std::int64_t first, std::int64_t last, std::string_view token);
 
   std::size_t Width() const { return width_; }
 

@@ -210,6 +210,13 @@ std::int64_t FreeFormatRead::SkipNulls(std::int64_t most) {
   return skipped;
 }
 
+std::int64_t FreeFormatRead::SkipRepeats(std::int64_t most) {
+  if (failed_ || most <= 0 || repeatLeft_ == 0 || repeatNull_) return 0;
+  const std::int64_t skipped = std::min(most, repeatLeft_);
+  repeatLeft_ -= skipped;
+  return skipped;
+}
+
 template <class Store>
 bool FreeFormatRead::Item(Store store) {
   Value value;

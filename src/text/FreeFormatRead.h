@@ -34,6 +34,10 @@ class FreeFormatRead {
   // were, without looking at the file; returns how many.  A long run of
   // nulls thus costs no more than one item.
   std::int64_t SkipNulls(std::int64_t most);
+  // Passes over up to most of the next items when they repeat the value
+  // just read (inside a repeat n*value); returns how many.  The caller gives
+  // them that value, so a long repeat costs one item and a copy.
+  std::int64_t SkipRepeats(std::int64_t most);
   // Ends the read; true when every item was read or passed over.  A read
   // of no items still takes one line, and fails at the end of the file.
   bool Finish();

@@ -86,6 +86,16 @@ TEST_F(Input, GenotypeTokensRowsAndNames) {
   FreeFormatRead read(input);
   ASSERT_TRUE(row.Read(read, 2000000001) && read.Finish());
   EXPECT_EQ(std::string(row.Token(1)) + std::string(row.Token(2000000001)), "B   ");
+  // Repeats of a value fill the row in one go, blanks included; nulls keep
+  // the tokens of the read before; a repeat longer than the row ends there.
+  for (const char* text : {"1*Z 6*Y /", "A 3*B 2*' ' 2*", "3*CC"}) {
+    input.OpenText(text);
+    FreeFormatRead again(input);
+    ASSERT_TRUE(row.Read(again, text[0] == '3' ? 2 : 8) && again.Finish()) << text;
+  }
+  std::string tokens;
+  for (int k = 1; k <= 9; ++k) tokens.append(row.Token(k));
+  EXPECT_EQ(tokens, "CCCCB B     Y     ");
 }
 
 // Rows of 1 trait and 1 environment unless given; a value per line.
