@@ -20,7 +20,7 @@ and .sta are the program's own, pinned by smaller cases).  Run with
   tests/phenotype/reference/expected_sta.py to 2.5e-4 relative."""
 import numpy as np
 
-from float32 import f32, total
+from float32 import f32
 import mapping_reference as ref
 from projects import (PLACE_HEADING, TABLE_HEADING, Project, columns, marker_heading, par_file,
                       two_traits)
@@ -57,10 +57,7 @@ for p in project.passes():
     assert max(lods[3], lods[4]) < lods[1]
     threshold = str(lods[1])  # numpy's shortest round-trip form
     assert f32(threshold) == lods[1]
-    full, selected, shares, rsq = ref.marker_tables(p, records, threshold)
-    assert abs(sum(shares) - 100 * rsq) < 1e-4
-    tables["rsm"] += full
-    tables["qsm"] += selected
+    ref.marker_tables(p, records, threshold, tables["rsm"], tables["qsm"])
 project.write_inputs(par_file(1, threshold, 0, "2.5", "0.01"))
 project.write_tables(tables)
 
@@ -75,14 +72,10 @@ tables = {ext: [TABLE_HEADING] for ext in ("rsm", "qsm", "ric", "qic")}
 tables["stp"] = []
 for p in project.passes():
     records = [ref.two_group_test(codes, p.y) for codes in p.rows_codes]
-    full, selected, _, _ = ref.marker_tables(p, records, 2.0)
-    tables["rsm"] += full
-    tables["qsm"] += selected
+    ref.marker_tables(p, records, 2.0, tables["rsm"], tables["qsm"])
     slopes = selection(p, [0, 4] if p.name == "Yield" else [], tables)
     records = ref.additive_records(p.rows_codes, p.y, slopes)
-    full, selected, _, _ = ref.marker_tables(p, records, 2.0)
-    tables["ric"] += full
-    tables["qic"] += selected
+    ref.marker_tables(p, records, 2.0, tables["ric"], tables["qic"])
 project.write_tables(tables)
 
 # mapping_epistatic: each pair on the residual with the terms of its own
@@ -109,11 +102,7 @@ for p in project.passes():
             record = ref.four_group_test(p.rows_codes[i], p.rows_codes[j], adj)
             records.append(dict(record, Pair=(i, j)))
             bounded += records[-1]["LOD"][0] == records[-1]["LOD"][1] > 0
-    full, selected, shares, rsq = ref.pair_tables(p, records, 2.0)
-    # The selected PVEtotal share out R-square among the flagged pairs.
-    assert abs(sum(float(s) for s in shares) - 100 * rsq) < 1e-3
-    tables["rice"] += full
-    tables["qice"] += selected
+    ref.pair_tables(p, records, 2.0, tables["rice"], tables["qice"])
 assert bounded > 0
 project.write_tables(tables)
 
@@ -135,19 +124,7 @@ markers = ["Chr%d_%03d" % (1 + m // 50, m % 50) for m in range(M)]
 project = Project("mapping_large", markers, genotypes, rows, ENVS, REPS)
 project.write_inputs(par_file(1, "3.0", 0, "2.5", "0.01"))
 tables = {"rsm": [TABLE_HEADING], "qsm": [TABLE_HEADING]}
-order = [(e, r) for r in range(REPS) for e in range(ENVS)]
 for p in project.passes():
-    if p.env > ENVS:
-        means = []
-        for cells in project.pheno:
-            filled = ref.fill_line([cells[p.trait - 1][e][r] for e, r in order])
-            if filled is not None:
-                cube = dict(zip(order, filled))
-                means.append(total(cube[(e, r)] for e in range(ENVS) for r in range(REPS)) /
-                             f32(ENVS * REPS))
-        p.var_p = ref.column_variance(means)
     records = [ref.two_group_test(codes, p.y) for codes in p.rows_codes]
-    full, selected, _, _ = ref.marker_tables(p, records, "3.0")
-    tables["rsm"] += full
-    tables["qsm"] += selected
+    ref.marker_tables(p, records, "3.0", tables["rsm"], tables["qsm"])
 project.write_tables(tables)

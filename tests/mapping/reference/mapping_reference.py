@@ -8,32 +8,29 @@ from scipy import stats
 from float32 import NAN, f32, is_missing, log10f, total
 
 
-def fill_line(cells):
-    """The missing-cell rule for one line, cells in the stated summing order:
-    the filled cells, or None for a line without data."""
-    mask = [0 if is_missing(c) else 1 for c in cells]
-    gaps = len(cells) - sum(mask)
-    if gaps == len(cells):
-        return None
-    if gaps == 0:
-        return list(cells)
-    fill = total(c * f32(k) for c, k in zip(cells, mask)) / f32(len(cells) - gaps)
-    return [c if k else fill for c, k in zip(cells, mask)]
+def filled_cells(lines, order):
+    """The missing-cell rule: each line with data, numbered from 1, and its
+    cells {(env, rep): value} filled in the given order of the sum."""
+    for line, cells in enumerate(lines, start=1):
+        values = [cells[e][r] for e, r in order]
+        mask = [0 if is_missing(v) else 1 for v in values]
+        if sum(mask) == 0:
+            continue
+        fill = total(v * f32(k) for v, k in zip(values, mask)) / f32(sum(mask))
+        yield line, dict(zip(order, [v if k else fill for v, k in zip(values, mask)]))
 
 
 def line_means(pheno, t, e, num_envs, num_reps):
     """pheno[line][t][e][r]; e = num_envs + 1 is the mean over all
-    environments, which fills and sums replications outer.  Returns (kept
-    line numbers, means)."""
+    environments, which fills replications outer.  Returns the kept line
+    numbers and their means summed replications outer, and environments
+    outer (whose variance the mean pass's percentages divide by)."""
     envs = [e - 1] if e <= num_envs else range(num_envs)
     order = [(env, r) for r in range(num_reps) for env in envs]
-    kept, means = [], []
-    for line, cells in enumerate(pheno, start=1):
-        filled = fill_line([cells[t][env][r] for env, r in order])
-        if filled is not None:
-            kept.append(line)
-            means.append(total(filled) / f32(len(order)))
-    return kept, means
+    lines = list(filled_cells([cells[t] for cells in pheno], order))
+    means = [[total(cube[k] for k in keys) / f32(len(order)) for _, cube in lines]
+             for keys in (order, sorted(order))]
+    return [line for line, _ in lines], means[0], means[1]
 
 
 def column_variance(x):
@@ -164,8 +161,8 @@ class Pass:
     def __init__(self, pheno, genotypes, markers, trait, name, env, num_envs, num_reps):
         self.markers, self.trait, self.name, self.env = markers, trait, name, env
         self.place = place(trait, name, env, num_envs)
-        self.kept, self.y = line_means(pheno, trait - 1, env, num_envs, num_reps)
-        self.var_p = column_variance(self.y)
+        self.kept, self.y, envs_outer = line_means(pheno, trait - 1, env, num_envs, num_reps)
+        self.var_p = column_variance(envs_outer)
         self.rows_codes = [[codes[l - 1] for l in self.kept] for codes in genotypes]
 
     def marker(self, m):
@@ -191,14 +188,13 @@ def stable_share(v, base, rsq):
     return share(v, base, rsq)
 
 
-def marker_tables(p, records, threshold):
-    """Rows of the full and the selected table of a pass, records in marker
-    order; also the selected shares and the R-square."""
+def marker_tables(p, records, threshold, full, selected):
+    """Appends the rows of the full and the selected table of a pass, records
+    in marker order."""
     flagged = [not has_nan(r) and r["LOD"] > f32(threshold) for r in records]
     sum_vg = total(genetic_variance(r) for r, flag in zip(records, flagged) if flag)
     rsq = r_square([[code_value(c) for c in codes]
                     for codes, flag in zip(p.rows_codes, flagged) if flag], p.y)
-    full, selected, shares = [], [], []
     for m, (r, flag) in enumerate(zip(records, flagged)):
         if has_nan(r):
             continue
@@ -208,14 +204,12 @@ def marker_tables(p, records, threshold):
         tail = fixed(f32(0.5) * m1 - f32(0.5) * m2) + fixed(m1) + fixed(m2)
         full.append(head + fixed(share(vg, f32(p.var_p))) + tail)
         if flag:
-            shares.append(stable_share(vg, sum_vg, rsq))
-            selected.append(head + fixed(shares[-1]) + tail)
-    return full, selected, shares, rsq
+            selected.append(head + fixed(stable_share(vg, sum_vg, rsq)) + tail)
 
 
-def pair_tables(p, records, threshold):
-    """Rows of .rice and .qice of a pass; records in table order, each with
-    its 0-based markers as "Pair"."""
+def pair_tables(p, records, threshold, full, selected):
+    """Appends the rows of .rice and .qice of a pass; records in table order,
+    each with its 0-based markers as "Pair"."""
     flagged = [not has_nan(r) and r["LOD"][0] > f32(threshold) for r in records]
     sum_vg = total(two_way_variance(r["Freq"], r["Mean"])[0]
                    for r, flag in zip(records, flagged) if flag)
@@ -223,7 +217,6 @@ def pair_tables(p, records, threshold):
     x = [[code_value(c) for c in codes] for codes in p.rows_codes]
     rsq = r_square([x[i] for i, _ in pairs] + [x[j] for _, j in pairs] +
                    [[a * b for a, b in zip(x[i], x[j])] for i, j in pairs], p.y)
-    full, selected, shares = [], [], []
     for r, flag in zip(records, flagged):
         if has_nan(r):
             continue
@@ -233,9 +226,8 @@ def pair_tables(p, records, threshold):
         vt, _, _, v12 = two_way_variance(r["Freq"], r["Mean"])
         full.append(head + fixed(share(v12, f32(p.var_p))) + fixed(share(vt, f32(p.var_p))) + tail)
         if flag:
-            shares.append(stable_share(vt, sum_vg, rsq))
-            selected.append(head + fixed(stable_share(v12, sum_vg, rsq)) + fixed(shares[-1]) + tail)
-    return full, selected, shares, rsq
+            shares = fixed(stable_share(v12, sum_vg, rsq)) + fixed(stable_share(vt, sum_vg, rsq))
+            selected.append(head + shares + tail)
 
 
 def least_squares(columns, y):

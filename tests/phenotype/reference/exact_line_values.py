@@ -9,8 +9,8 @@ import numpy as np
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "mapping", "reference"))
 from bit_cases import BitCases  # noqa: E402
-from float32 import MISSING, f32, total  # noqa: E402
-from mapping_reference import fill_line  # noqa: E402
+from float32 import MISSING, f32  # noqa: E402
+from mapping_reference import filled_cells, line_means  # noqa: E402
 
 L, E, R = 300, 3, 2
 rng = np.random.default_rng(41)
@@ -25,24 +25,16 @@ cells[60][2][1] = f32("nan")  # spoils the filled cells of its line
 out = BitCases()
 
 # Environment 2 by itself: value (line, rep), reps fastest in the data file.
-filled = [fill_line(c[1]) for c in cells]
-kept = [line + 1 for line, f in enumerate(filled) if f is not None]
-filled = [f for f in filled if f is not None]
-out.case("one_environment", values=[v for c in cells for v in c[1]], kept=kept,
-         filled=[v for f in filled for v in f], means=[total(f) / f32(R) for f in filled])
+pheno = [[c] for c in cells]  # one trait
+kept, means, _ = line_means(pheno, 0, 2, E, R)
+filled = [v for _, c in filled_cells(cells, [(1, r) for r in range(R)]) for v in c.values()]
+out.case("one_environment", values=[v for c in cells for v in c[1]], kept=kept, filled=filled,
+         means=means)
 
 # All environments: the fill sums replications outer, environments inner.
 order = [(e, r) for r in range(R) for e in range(E)]
-kept, cubes = [], []
-for line in range(L):
-    filled = fill_line([cells[line][e][r] for e, r in order])
-    if filled is not None:
-        kept.append(line + 1)
-        cubes.append(dict(zip(order, filled)))
+kept, reps_outer, envs_outer = line_means(pheno, 0, E + 1, E, R)
 out.case("across_environments", values=[v for c in cells for e in c for v in e], kept=kept,
-         filled=[c[(e, r)] for c in cubes for e in range(E) for r in range(R)],
-         means_reps_outer=[total(c[(e, r)] for r in range(R) for e in range(E)) / f32(R * E)
-                           for c in cubes],
-         means_envs_outer=[total(c[(e, r)] for e in range(E) for r in range(R)) / f32(R * E)
-                           for c in cubes])
+         filled=[c[k] for _, c in filled_cells(cells, order) for k in sorted(order)],
+         means_reps_outer=reps_outer, means_envs_outer=envs_outer)
 out.write(os.path.join(os.path.dirname(__file__), "..", "data", "exact_line_values.txt"))
