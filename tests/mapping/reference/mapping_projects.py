@@ -27,10 +27,15 @@ from projects import (PLACE_HEADING, TABLE_HEADING, Project, columns, marker_hea
 
 
 def selection(p, planted, tables):
-    """The stepwise selection of a pass, which must take the planted markers."""
+    """The stepwise selection of a pass, which must take the planted markers
+    with the estimates of least squares in float64."""
     model, slopes, intercept, adj_r2, margin = ref.stepwise32(p.rows_codes, p.y, 0.01, 0.02)
     assert model == planted and margin > 1.1, (p.name, p.env, model, margin)
-    ref.check_selection(p.rows_codes, p.y, model, slopes, intercept, adj_r2)
+    n, k = len(p.y), len(model)
+    x = [[ref.code_value(c) for c in p.rows_codes[m]] for m in model]
+    beta, rsq = ref.least_squares(x, p.y)
+    adj = max(100.0 * (1.0 - (1.0 - rsq) * (n - 1) / (n - k - 1)), 0.0) if model else 0.0
+    assert np.allclose(list(beta[1:]) + [beta[0], adj], slopes + [intercept, adj_r2], 1e-5)
     tables["stp"] += ref.stepwise_rows(p.place, [m + 1 for m in model], slopes, intercept, adj_r2)
     return dict(zip(model, slopes))
 

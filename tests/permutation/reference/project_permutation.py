@@ -21,23 +21,19 @@ import mapping_reference as ref  # noqa: E402
 from projects import PLACE_HEADING, Project, columns  # noqa: E402
 
 
-def marker_maximum(rows_codes, y):
-    """Starts at 0.0; only a LOD strictly above it replaces it."""
-    best = f32(0.0)
-    for codes in rows_codes:
-        best = max(best, ref.two_group_test(codes, y)["LOD"])
+def maximum(rows_codes, y, pairs):
+    """The largest LOD of the markers from 0.0, or the largest LOD(1), the
+    evidence of epistasis, of the pairs from pair (1, 2) whatever it is;
+    only a LOD strictly above the largest so far replaces it."""
+    if pairs:
+        lods = [ref.four_group_test(a, b, y)["LOD"][0]
+                for i, a in enumerate(rows_codes) for b in rows_codes[i + 1:]] or [f32(0.0)]
+    else:
+        lods = [f32(0.0)] + [ref.two_group_test(codes, y)["LOD"] for codes in rows_codes]
+    best = lods[0]
+    for lod in lods[1:]:
+        best = lod if lod > best else best
     return best
-
-
-def pair_maximum(rows_codes, y):
-    """LOD(1), the evidence of epistasis, of each pair; starts at pair (1, 2),
-    whatever it is."""
-    best = None
-    for i in range(len(rows_codes)):
-        for j in range(i + 1, len(rows_codes)):
-            lod = ref.four_group_test(rows_codes[i], rows_codes[j], y)["LOD"][0]
-            best = lod if best is None or lod > best else best
-    return f32(0.0) if best is None else best
 
 
 def threshold(maxima, alpha):
@@ -67,9 +63,8 @@ def make_case(case, clock, markers, genotypes, traits, num_envs, num_reps, value
     maxima = {ext: [] for ext, _, _ in tests}
     for p in project.passes(mean_pass=False):
         for ext, times, _ in tests:
-            maximum = pair_maximum if ext == "tice" else marker_maximum
             for k in range(1, times + 1):
-                maxima[ext].append(maximum(p.rows_codes, stream.shuffle(p.y)))
+                maxima[ext].append(maximum(p.rows_codes, stream.shuffle(p.y), ext == "tice"))
                 tables[ext].append(p.place + "%12d" % k + ref.fixed(maxima[ext][-1]))
     for ext, _, alpha in tests:
         value = threshold(maxima[ext], float(alpha))
