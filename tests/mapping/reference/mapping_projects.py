@@ -1,23 +1,19 @@
-"""Writes the end-to-end mapping projects: their input/ and the expected tables
-of the float32 model of mapping_reference.py (their log, console, .coe, .mtp
-and .sta are the program's own, pinned by smaller cases).  Run with
-/usr/bin/python3 from this folder.
+"""Writes the end-to-end mapping projects: input/ and the expected tables of the
+float32 model (log, console, .coe, .mtp and .sta are the program's own, pinned
+by smaller cases).  Run with /usr/bin/python3 from this folder.
 
-- mapping_single_marker: one trait, one environment of two replications.
-  Marker M3 is 'B' only at lines 15 and 16, which have no phenotype, so it
-  gets no row; line 3 misses a replication.  The LOD threshold is M2's LOD
-  to the shortest decimal, so M2 stands exactly at it and is not flagged.
-- mapping_additive: single-marker and additive mapping of two traits in two
-  environments; "Yield" carries effects at M1 and M5, which the selection
-  takes in every pass, "Noise" none.  Line 4 has no value in environment 2.
-- mapping_epistatic: epistatic mapping alone; "Yield" carries an additive
-  effect at E1, which the selection takes alone, and additive-by-additive
-  effects of E3 with E6 and of E4 with E7; E2 and E5 have missing codes.
+- mapping_single_marker: M3 is 'B' only at lines 15 and 16, which have no
+  phenotype, so it gets no row.  The LOD threshold is M2's LOD to the
+  shortest decimal, so M2 stands exactly at it and is not flagged.
+- mapping_additive: "Yield" carries effects at M1 and M5, which the
+  selection takes in every pass, "Noise" none.
+- mapping_epistatic: "Yield" carries an additive effect at E1, which the
+  selection takes alone, and additive-by-additive effects of E3 with E6 and
+  of E4 with E7; E2 and E5 have missing codes.
 - mapping_large: 240 lines, 150 markers, three environments of three
   replications with missing cells and lines missing in a whole environment.
-  The Mean pass divides its percentages by the variance of the line means
-  summed environments outer.  The program's .sta agrees with
-  tests/phenotype/reference/expected_sta.py to 2.5e-4 relative."""
+  The program's .sta agrees with ../../phenotype/reference/expected_sta.py to
+  2.5e-4 relative."""
 import numpy as np
 
 from float32 import f32
@@ -40,8 +36,7 @@ def selection(p, planted, tables):
     return dict(zip(model, slopes))
 
 
-def code(m, l):
-    """The regressor of marker m at line l of the project being written."""
+def code(m, l):  # of the project being written
     return ref.code_value(genotypes[m][l])
 
 

@@ -1,9 +1,7 @@
-"""Expected bits of the 32-bit numerical routines, from their stated formulas
-in float32 (../../mapping/reference/float32.py).  Inputs have many decimals and
-hundreds of values, so that a reordered sum moves the last bits.
-Probabilities that rest on the incomplete beta or the complementary error
-function, whose inner arithmetic is free, are stored from scipy in 64 bits
-and compared with a tolerance.  Writes ../data/exact_numerics.txt; run with
+"""Expected bits of the 32-bit numerical routines in float32, on hundreds of
+values with many decimals.  Probabilities that rest on the incomplete beta or
+the complementary error function, whose inner arithmetic is free, are stored
+from scipy in 64 bits.  Writes ../data/exact_numerics.txt; run with
 /usr/bin/python3."""
 import os
 import sys

@@ -1,11 +1,8 @@
-"""Writes the end-to-end projects of the permutation test: input/,
-pinned_clock and the expected .tsm, .tic and .tice of the float32 model
-(shuffles from the stream, each shuffle's maximum by the method's own start
-rule, the pooled threshold).  Run with /usr/bin/python3.
+"""Writes the end-to-end projects of the permutation test: input/, pinned_clock
+and the expected .tsm, .tic and .tice of the float32 model.  Run with
+/usr/bin/python3.
 
-- permutation_all_methods: two traits in two environments of three
-  replications; trait 2 has 8 lines with data in environment 2, trait 1
-  misses single values.  The PAR file's LOD thresholds (9.0) lie above the
+- permutation_all_methods: the PAR file's LOD thresholds (9.0) lie above the
   empirical ones, which replace them all the same.  Each test has more
   shuffles than are scanned side by side, so that threads share them.
 - permutation_one_shuffle: one shuffle per method, whose maximum is the

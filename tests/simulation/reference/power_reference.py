@@ -1,10 +1,6 @@
-"""Checks the power tables of a simulation run against an independent float32
-model.  usage: power_reference.py PROJECT OUTPUT
-
-PROJECT is a case folder (input/, pinned_clock); OUTPUT a folder where the
-program ran it.  The kept markers are read from OUTPUT's .mtp; the genetic
-model, the normal deviates of the stream, the simulated traits and their
-mappings are modelled here.  OUTPUT's .psm, .pic and .stp must equal these."""
+"""Checks the .psm, .pic and .stp of a simulation run against the float32 model;
+only the kept markers are read from the run's .mtp.
+usage: power_reference.py PROJECT (case folder with input/, pinned_clock) OUTPUT (where it ran)"""
 import difflib
 import os
 import sys
@@ -42,15 +38,9 @@ def model(genotypes, h, positions, effects):
     qtl = [f32(0.0)] * len(genotypes)
     for pos, e in zip(positions, effects):
         qtl[pos - 1] = e
-    gvalue = []
-    for line in range(n):
-        v = f32(0.0)
-        for m, codes in enumerate(genotypes):
-            if codes[line] == "A":
-                v = v + qtl[m]
-            elif codes[line] == "B":
-                v = v - qtl[m]
-        gvalue.append(v)
+    gvalue = [total(qtl[m] if codes[line] == "A" else -qtl[m]
+                    for m, codes in enumerate(genotypes) if codes[line] in "AB")
+              for line in range(n)]
     mean = total(gvalue) / f32(n)
     vg = total(v * v for v in gvalue) / f32(n) - mean * mean
     ve = ((f32(1.0) - h) / h) * vg
