@@ -57,7 +57,7 @@ for p in project.passes():
     assert max(lods[3], lods[4]) < lods[1]
     threshold = str(lods[1])  # numpy's shortest round-trip form
     assert f32(threshold) == lods[1]
-    ref.marker_tables(p, records, threshold, tables["rsm"], tables["qsm"])
+    ref.flagged_tables(p, records, threshold, tables["rsm"], tables["qsm"])
 project.write_inputs(par_file(1, threshold, 0, "2.5", "0.01"))
 project.write_tables(tables)
 
@@ -72,10 +72,10 @@ tables = {ext: [TABLE_HEADING] for ext in ("rsm", "qsm", "ric", "qic")}
 tables["stp"] = []
 for p in project.passes():
     records = [ref.two_group_test(codes, p.y) for codes in p.rows_codes]
-    ref.marker_tables(p, records, 2.0, tables["rsm"], tables["qsm"])
+    ref.flagged_tables(p, records, 2.0, tables["rsm"], tables["qsm"])
     slopes = selection(p, [0, 4] if p.name == "Yield" else [], tables)
     records = ref.additive_records(p.rows_codes, p.y, slopes)
-    ref.marker_tables(p, records, 2.0, tables["ric"], tables["qic"])
+    ref.flagged_tables(p, records, 2.0, tables["ric"], tables["qic"])
 project.write_tables(tables)
 
 # mapping_epistatic: each pair on the residual with the terms of its own
@@ -102,7 +102,7 @@ for p in project.passes():
             record = ref.four_group_test(p.rows_codes[i], p.rows_codes[j], adj)
             records.append(dict(record, Pair=(i, j)))
             bounded += records[-1]["LOD"][0] == records[-1]["LOD"][1] > 0
-    ref.pair_tables(p, records, 2.0, tables["rice"], tables["qice"])
+    ref.flagged_tables(p, records, 2.0, tables["rice"], tables["qice"])
 assert bounded > 0
 project.write_tables(tables)
 
@@ -126,5 +126,5 @@ project.write_inputs(par_file(1, "3.0", 0, "2.5", "0.01"))
 tables = {"rsm": [TABLE_HEADING], "qsm": [TABLE_HEADING]}
 for p in project.passes():
     records = [ref.two_group_test(codes, p.y) for codes in p.rows_codes]
-    ref.marker_tables(p, records, "3.0", tables["rsm"], tables["qsm"])
+    ref.flagged_tables(p, records, "3.0", tables["rsm"], tables["qsm"])
 project.write_tables(tables)

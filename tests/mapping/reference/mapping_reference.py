@@ -188,45 +188,36 @@ def stable_share(v, base, rsq):
     return share(v, base, rsq)
 
 
-def marker_tables(p, records, threshold, full, selected):
-    """Appends the rows of the full and the selected table of a pass, records
-    in marker order."""
-    flagged = [not has_nan(r) and r["LOD"] > f32(threshold) for r in records]
-    sum_vg = total(genetic_variance(r) for r, flag in zip(records, flagged) if flag)
-    rsq = r_square([[code_value(c) for c in codes]
-                    for codes, flag in zip(p.rows_codes, flagged) if flag], p.y)
-    for m, (r, flag) in enumerate(zip(records, flagged)):
-        if has_nan(r):
-            continue
-        m1, m2 = r["Mean"]
-        vg = genetic_variance(r)
-        head = p.place + p.marker(m) + fixed(r["LOD"])
-        tail = fixed(f32(0.5) * m1 - f32(0.5) * m2) + fixed(m1) + fixed(m2)
-        full.append(head + fixed(share(vg, f32(p.var_p))) + tail)
-        if flag:
-            selected.append(head + fixed(stable_share(vg, sum_vg, rsq)) + tail)
-
-
-def pair_tables(p, records, threshold, full, selected):
-    """Appends the rows of .rice and .qice of a pass; records in table order,
-    each with its 0-based markers as "Pair"."""
-    flagged = [not has_nan(r) and r["LOD"][0] > f32(threshold) for r in records]
-    sum_vg = total(two_way_variance(r["Freq"], r["Mean"])[0]
-                   for r, flag in zip(records, flagged) if flag)
-    pairs = [r["Pair"] for r, flag in zip(records, flagged) if flag]
+def flagged_tables(p, records, threshold, full, selected):
+    """Appends the rows of a pass's full and selected tables, of markers
+    (records in marker order) or of pairs (records with their 0-based
+    markers as "Pair"); the R-square of the flagged terms is shared out by
+    their last variance."""
     x = [[code_value(c) for c in codes] for codes in p.rows_codes]
-    rsq = r_square([x[i] for i, _ in pairs] + [x[j] for _, j in pairs] +
-                   [[a * b for a, b in zip(x[i], x[j])] for i, j in pairs], p.y)
-    for r, flag in zip(records, flagged):
+    rows, terms = [], []
+    for m, r in enumerate(records):
         if has_nan(r):
             continue
-        head = p.place + p.marker(r["Pair"][0]) + p.marker(r["Pair"][1])
-        head += fixed(r["LOD"][0]) + fixed(r["LOD"][1])
-        tail = "".join(fixed(v) for v in tuple(pair_effects(r["Mean"])[1:]) + r["Mean"])
-        vt, _, _, v12 = two_way_variance(r["Freq"], r["Mean"])
-        full.append(head + fixed(share(v12, f32(p.var_p))) + fixed(share(vt, f32(p.var_p))) + tail)
+        if "Pair" in r:
+            i, j = r["Pair"]
+            head = p.marker(i) + p.marker(j) + fixed(r["LOD"][0]) + fixed(r["LOD"][1])
+            vt, _, _, v12 = two_way_variance(r["Freq"], r["Mean"])
+            tail = "".join(fixed(v) for v in tuple(pair_effects(r["Mean"])[1:]) + r["Mean"])
+            flag, variances = r["LOD"][0] > f32(threshold), [v12, vt]
+            terms += [x[i], x[j], [a * b for a, b in zip(x[i], x[j])]] if flag else []
+        else:
+            m1, m2 = r["Mean"]
+            head = p.marker(m) + fixed(r["LOD"])
+            tail = fixed(f32(0.5) * m1 - f32(0.5) * m2) + fixed(m1) + fixed(m2)
+            flag, variances = r["LOD"] > f32(threshold), [genetic_variance(r)]
+            terms += [x[m]] if flag else []
+        rows.append((p.place + head, variances, tail, flag))
+    sum_v = total(v[-1] for _, v, _, flag in rows if flag)
+    rsq = r_square(terms, p.y)
+    for head, variances, tail, flag in rows:
+        full.append(head + "".join(fixed(share(v, f32(p.var_p))) for v in variances) + tail)
         if flag:
-            shares = fixed(stable_share(v12, sum_vg, rsq)) + fixed(stable_share(vt, sum_vg, rsq))
+            shares = "".join(fixed(stable_share(v, sum_v, rsq)) for v in variances)
             selected.append(head + shares + tail)
 
 
