@@ -1,11 +1,12 @@
-"""An independent model of a mapping run's tables.  The line values, the group
-tests, the stepwise sweeps and the flagging follow the stated steps in float32
-(float32.py); the R-square of the flagged terms comes from least squares in
-float64, exact enough for 4 decimals."""
+"""An independent model of a mapping run's tables in float32 (float32.py); the
+R-square of the flagged terms comes from least squares in float64, exact
+enough for 4 decimals."""
 import numpy as np
 from scipy import stats
 
 from float32 import NAN, f32, is_missing, log10f, total
+
+PLACE_HEADING = "TraitID".rjust(12) + " " + "TraitName".rjust(19) + "Environment".rjust(12)
 
 
 def filled_cells(lines, order):
@@ -54,8 +55,7 @@ def code_value(c):
 def two_group_test(codes, y):
     """codes: genotype letters, y: float32 values."""
     typed = [i for i, c in enumerate(codes) if c in "AB"]
-    a_lines = [i for i in typed if codes[i] == "A"]
-    b_lines = [i for i in typed if codes[i] == "B"]
+    a_lines, b_lines = ([i for i in typed if codes[i] == g] for g in "AB")
     na, nb = len(a_lines), len(b_lines)
     m0 = total(y[i] for i in typed) / f32(na + nb)
     ma = total(y[i] for i in a_lines) / f32(na)
@@ -247,8 +247,8 @@ def r_square(columns, y):
 
 def stepwise_rows(place, ids, slopes, intercept, adj_r2):
     """The heading and the row of one .stp block."""
-    return ["TraitID".rjust(12) + " " + "TraitName".rjust(19) + "Environment".rjust(12) +
-            "".join("%12d" % i for i in ids) + "Intercept".rjust(12) + "R-square".rjust(12),
+    return [PLACE_HEADING + "".join("%12d" % i for i in ids) + "Intercept".rjust(12) +
+            "R-square".rjust(12),
             place + "".join(fixed(b) for b in slopes + [intercept, adj_r2])]
 
 
@@ -286,12 +286,11 @@ def distance(p, limit):
 
 
 def stepwise32(columns, y, pin, pout):
-    """The stepwise selection by covariance sweeps: centred columns, their
-    covariance matrix by N, sweeps of its upper triangle, estimates read off
-    the swept matrix.  The p-values that decide a step come from scipy in 64
-    bits; the margin returned (the smallest factor by which a deciding p
-    stood from its limit) shows that 32-bit ones would decide the same.
-    Returns (terms 0-based, slopes, intercept, adjusted R-square, margin)."""
+    """The stepwise selection by sweeps of the covariance matrix.  The p-values
+    that decide a step come from scipy in 64 bits; the margin returned (the
+    smallest factor by which a deciding p stood from its limit) shows that
+    32-bit ones would decide the same.  Returns (terms 0-based, slopes,
+    intercept, adjusted R-square, margin)."""
     v, n = len(columns), len(y)
     xbar = [f32(sum(int(code_value(c)) for c in col)) / f32(n) for col in columns]
     cols = [[f32(code_value(c)) - xbar[m] for c in col] for m, col in enumerate(columns)]

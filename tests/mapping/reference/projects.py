@@ -3,11 +3,10 @@ expected tables, and the passes of a mapping run over them."""
 import os
 
 from float32 import MISSING, f32
-from mapping_reference import Pass
+from mapping_reference import PLACE_HEADING, Pass
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 PROJECTS = os.path.normpath(os.path.join(HERE, "..", "..", "projects"))
-PLACE_HEADING = "TraitID".rjust(12) + " " + "TraitName".rjust(19) + "Environment".rjust(12)
 
 
 def columns(*titles):

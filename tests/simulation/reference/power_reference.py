@@ -98,23 +98,18 @@ def main(project, output):
                 ("PhenoVar", [vg + ve])]
         return [label.rjust(12) + "".join(ref.fixed(v) for v in values) for label, values in rows]
 
-    expected = {}
-    if par["sma"] == 1:
-        expected[".psm"] = psm + summary(hits_sma)
-    if par["add"] == 1:
-        expected[".pic"] = pic + summary(hits_add)
-        expected[".stp"] = stp
-    for ext in (".psm", ".pic", ".stp"):
+    on = {".psm": par["sma"], ".pic": par["add"], ".stp": par["add"]}
+    expected = {".psm": psm + summary(hits_sma), ".pic": pic + summary(hits_add), ".stp": stp}
+    for ext, lines in expected.items():
         path = os.path.join(output, base + ext)
-        if ext not in expected:
+        if on[ext] != 1:
             assert not os.path.exists(path), path + " should not exist"
             continue
         with open(path) as f:
             actual = f.read()
-        diff = difflib.unified_diff(expected[ext], actual.split("\n")[:-1], ext, "OUTPUT",
-                                    lineterm="")
-        assert actual == "".join(line + "\n" for line in expected[ext]), "\n".join(diff)
-        print(ext, "matches:", len(expected[ext]), "lines")
+        diff = difflib.unified_diff(lines, actual.split("\n")[:-1], ext, "OUTPUT", lineterm="")
+        assert actual == "".join(line + "\n" for line in lines), "\n".join(diff)
+        print(ext, "matches:", len(lines), "lines")
     print("power SMA", [float(x) for x in hits_sma], "additive", [float(x) for x in hits_add])
     print("closest p-value to its limit in a selection: factor", closest)
 
