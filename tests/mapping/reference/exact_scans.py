@@ -1,7 +1,6 @@
-"""Expected bits of the scans: the log density, the single-marker scan and the
-additive scan against a model of markers and a marker pair, on 300 lines with
-many decimals and missing genotypes.  Writes ../data/exact_scans.txt; run
-with /usr/bin/python3 from this folder."""
+"""Expected bits of the log density, the single-marker scan and the additive scan
+(a model of markers and a marker pair) on 300 lines with many decimals and
+missing genotypes.  Writes ../data/exact_scans.txt; run with /usr/bin/python3 here."""
 import numpy as np
 
 from bit_cases import BitCases

@@ -1,7 +1,6 @@
-"""Plain 32-bit arithmetic for the reference scripts: every operation rounds to
-IEEE single precision (numpy float32 scalars), sums run from 0.0 in the order
-given, and log10, log, exp, atan and pow are the C library's float functions
-(numpy's own float32 log10 is less accurate).  Also the run's random stream."""
+"""Plain 32-bit arithmetic for the reference scripts: numpy float32 scalars, sums
+from 0.0 in the order given, and the C library's float log10, log, exp, atan and
+pow (numpy's float32 log10 is less accurate); also the run's random stream."""
 import ctypes
 import ctypes.util
 import struct

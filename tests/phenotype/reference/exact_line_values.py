@@ -1,7 +1,6 @@
-"""Expected bits of the line values (the missing-cell fill) and the line means,
-in one environment and across environments in both orders of the sum, on 300
-lines with many decimals, in float32.  Writes ../data/exact_line_values.txt;
-run with /usr/bin/python3."""
+"""Expected bits of the missing-cell fill and the line means, in one environment
+and across environments in both orders of the sum, on 300 lines with many
+decimals.  Writes ../data/exact_line_values.txt; run with /usr/bin/python3."""
 import os
 import sys
 

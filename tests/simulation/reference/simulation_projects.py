@@ -4,8 +4,6 @@ simulation, whose expected tables power_reference.py checks.
 - simulation_power: two chromosomes of linked markers over 60 lines, 40
   simulations at heritability 0.6; QTL on M03 (large), M11 (small), M07
   (dropped by binning: it equals M06) and M14 (its 'X' lines give it a share).
-- simulation_no_runs, _heritability_one, _heritability_zero (no error, and an
-  infinite one), _epistatic_only: small variants.
 - independent_markers (read by PowerSimulationTest): 25 unlinked markers, a
   large QTL on M01, 400 simulations at LOD 0.5, with the level that LOD
   implies for a marker without QTL: LOD = n/2 log10(SS0 / SS1), so it passes
