@@ -59,11 +59,6 @@ def summary_row(t, name, means):
     return head + "%12d" % n + "".join(fixed(v) for v in values) + e_form(p)
 
 
-def adjusted(q):
-    """A fit worse than the mean alone counts as 0 %."""
-    return 0.0 if q > 1.0 else 100 * (1 - q)
-
-
 def oneway_lines(v):
     """v[line][rep]; no line at all: no group, model DF -1, error DF 0."""
     if not v:
@@ -76,8 +71,8 @@ def oneway_lines(v):
     ssa, sse = r * ((lm - gm) ** 2).sum(), ((v - lm[:, None]) ** 2).sum()
     dfa, dfe = k - 1, k * (r - 1)
     f = (ssa / dfa) / (sse / dfe) if sse > 0 else NAN
-    fit = (100 * ssa / (ssa + sse), adjusted((sse / dfe) / ((ssa + sse) / (dfa + dfe))),
-           np.sqrt(sse / dfe), gm)
+    q = (sse / dfe) / ((ssa + sse) / (dfa + dfe))  # a fit worse than the mean alone: 0 %
+    fit = (100 * ssa / (ssa + sse), 0.0 if q > 1.0 else 100 * (1 - q), np.sqrt(sse / dfe), gm)
     return [FIT, "".join(fixed(x, 15) for x in fit), "", SOURCES,
             source("Among Groups", dfa, [ssa, ssa / dfa, f, st.f.sf(f, dfa, dfe)]),
             source("Within Groups", dfe, [sse, sse / dfe]),
@@ -98,8 +93,8 @@ def twoway_lines(v):
     def effect(label, ss, df):
         return source(label, df, [ss, ss / df, (ss / df) / mse, st.f.sf((ss / df) / mse, df, dfe)])
 
-    fit = (100 * ssm / (ssm + sse), adjusted(mse / ((ssm + sse) / (k * e * r - 1))),
-           np.sqrt(mse), gm)
+    q = mse / ((ssm + sse) / (k * e * r - 1))
+    fit = (100 * ssm / (ssm + sse), 0.0 if q > 1.0 else 100 * (1 - q), np.sqrt(mse), gm)
     return ["   R-square (%) AdjustedR^2(%) Est. Std. Dev.           Mean",
             "".join(fixed(x, 15) for x in fit), "", SOURCES, effect("Model", ssm, dfm),
             source("Error", dfe, [sse, mse]), source("Total", k * e * r - 1, [ssm + sse]), "",
