@@ -41,10 +41,11 @@ def is_missing(v):
 
 
 class Stream:
-    """The run's random stream: the state recurrence in exact integers, the
-    uniforms, swap indices and normal deviates rounded to float32."""
+    """The run's random stream, seeded by a clock reading "YYYY/MM/DD
+    HH:MM:SS.mmm": the state in exact integers, the draws rounded to float32."""
 
-    def __init__(self, hour, minute, second):
+    def __init__(self, clock):
+        hour, minute, second = (int(x) for x in clock.split()[1].split(".")[0].split(":"))
         seed = hour * 10000 + minute * 100 + second + 1
         self.state = seed if seed > 1 else 123457
         scale = f32(2.0 ** -31)

@@ -53,7 +53,7 @@ def make_case(case, clock, markers, genotypes, traits, num_envs, num_reps, value
     par = ["! Condition number", "-1", "! SMA", methods[0], "! Additive", methods[1],
            "! Epistatic", methods[2], "! Permutations"]
     project.write_inputs(par + ["%d %d %s" % p for p in perms], clock)
-    stream = Stream(*(int(x) for x in clock.split()[1].split(".")[0].split(":")))
+    stream = Stream(clock)
     tests = [(ext, times, alpha) for (on, times, alpha), ext in zip(perms, ("tsm", "tic", "tice"))
              if on]
     tables = {ext: [PLACE_HEADING + columns("Times", "MaxLOD")] for ext, _, _ in tests}

@@ -67,7 +67,7 @@ def effects_row(s, records, hits, lod):
 def main(project, output):
     genotypes, num_sims, h, positions, effects, par = read_project(project)
     with open(os.path.join(project, "pinned_clock")) as f:
-        stream = Stream(*(int(x) for x in f.read().split()[1].split(".")[0].split(":")))
+        stream = Stream(f.read())
     base = [name[:-4] for name in os.listdir(output) if name.endswith(".mtp")][0]
     with open(os.path.join(output, base + ".mtp")) as f:
         kept = [int(row.split()[0]) for row in f.readlines()[1:] if row.split()[-1] == "0"]
