@@ -41,8 +41,8 @@ def is_missing(v):
 
 
 class Stream:
-    """The run's random stream, seeded by a clock reading "YYYY/MM/DD
-    HH:MM:SS.mmm": the state in exact integers, the draws rounded to float32."""
+    """The run's random stream, seeded by a pinned clock reading: the state in
+    exact integers, the draws rounded to float32."""
 
     def __init__(self, clock):
         hour, minute, second = (int(x) for x in clock.split()[1].split(".")[0].split(":"))

@@ -1,6 +1,6 @@
 """Checks the .psm, .pic and .stp of a simulation run against the float32 model;
 only the kept markers are read from the run's .mtp.
-usage: power_reference.py PROJECT (case folder with input/, pinned_clock) OUTPUT (where it ran)"""
+usage: power_reference.py PROJECT OUTPUT (a case folder and the folder it ran in)"""
 import difflib
 import os
 import sys
