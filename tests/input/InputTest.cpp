@@ -1,7 +1,5 @@
 // The readers, on the rules the end-to-end projects of bad input files do
-// not reach: how tokens are cut and recoded, how rows run over lines, the
-// missing tokens and their memory, which of several equal names is told,
-// and the values derived from a simulation model.
+// not reach.
 
 #include <gtest/gtest.h>
 

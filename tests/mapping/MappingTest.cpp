@@ -1,10 +1,5 @@
 // The cases of the mapping that the exact-bit scans and the end-to-end
-// mapping projects do not reach: the bad cases of the two-group test, the
-// ends of the pair numbering, flagging at the edges, the stepwise branch of
-// the R-square of the flagged markers, the method codes of the tables, rows
-// whose shares of variance cannot be formed, the two-way variance of a pair
-// table against a population of lines (64 bits) and the clipping of the
-// pair LODs.
+// mapping projects do not reach.
 
 #include <gtest/gtest.h>
 
@@ -163,8 +158,7 @@ TEST(WriteMarkerTables, MeanPassAndSharesThatCannotBeFormed) {
   for (int m = 1; m <= 5; ++m) run.KeptMarker(m) = kept[m - 1];
   std::copy(std::begin(records), std::end(records), table.Test.begin());
   MarkSignificant(3.6f, table);  // flags marker 11 only
-  // VarP NaN (one kept line), SumVG 0 and RSq NaN give NaN shares, which
-  // print as 0.0.
+  // VarP NaN, SumVG 0 and RSq NaN: NaN shares, printed as 0.0.
   testing_support::ScratchFile all("mean-all"), selected("mean-selected");
   WriteMarkerTables(all.Unit(), selected.Unit(), run, 2, "Yield", 3, NAN, 0.0f, NAN, table);
   const std::vector<std::string> lines = all.Lines();
@@ -219,8 +213,7 @@ TEST(TwoWayVariance, MatchesThePopulationOfIndependentFactors) {
 }
 
 TEST(TwoWayVariance, DependentFactorsAreRescaledAndNaNBecomesZero) {
-  // Shares that are not of product form: the three parts are rescaled so
-  // that they add up to VT, which is then their sum.
+  // Shares not of product form: the parts are rescaled to add up to VT.
   const float freqs[] = {0.4f, 0.1f, 0.1f, 0.4f};
   const float means[] = {3.0f, 1.0f, 0.5f, 2.5f};
   float vt = 0.0f, v1 = 0.0f, v2 = 0.0f, v12 = 0.0f;

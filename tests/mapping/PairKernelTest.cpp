@@ -1,8 +1,6 @@
-// The pair kernel and the epistatic scan against the plain, line-by-line
-// four-group test of each pair, bit for bit, on every instruction set this
-// machine supports and on one thread and two: random codes with missing
-// ones, empty cells, constant and NaN phenotypes, selected markers put
-// back, and row lengths that are not whole blocks of lanes.
+// The pair kernel and the epistatic scan against the plain four-group test
+// of each pair, bit for bit, on every instruction set this machine supports
+// and on one thread and two.
 
 #include <gtest/gtest.h>
 
@@ -22,8 +20,7 @@ namespace {
 
 struct Case {
   const char* Name;
-  int Markers;
-  int Lines;
+  int Markers, Lines;
   int MissingPercent;   // share of 'X' codes
   int Monomorphic;      // markers every line shares, giving empty cells
   int Phenotype;        // 0 random, 1 constant, 2 a NaN line, 3 all NaN

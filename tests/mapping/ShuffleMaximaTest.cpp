@@ -1,8 +1,5 @@
-// The maxima of the permutation kernels must be, bit for bit, those read
-// off the full scans' tables, also where the bound that spares most tests is
-// tightest: neighbouring markers that differ at a few lines (so that some
-// pair cells are empty or nearly so), values far from 1 in scale or offset
-// from 0 by much more than their spread, few lines and many.
+// The maxima of the permutation kernels are, bit for bit, those of the full
+// scans' tables, also where the bound that spares most tests is tightest.
 
 #include <gtest/gtest.h>
 

@@ -1,14 +1,8 @@
-// Marker preprocessing where the end-to-end projects do not go: the bin
-// rules on small genotype blocks and against the plain loops on random
-// ones, the missing code as a number in the correlations, the skipped
-// second step, a refused condition index and the cap of the correlation
-// tables.
+// Marker preprocessing where the end-to-end projects do not go.
 
 #include <gtest/gtest.h>
 
-#include <iterator>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,6 +17,8 @@
 namespace tov {
 namespace {
 
+using testing_support::Words;
+
 std::vector<int> Vector(const Array<std::int32_t, 1>& a) { return std::vector<int>(a.begin(), a.end()); }
 
 // MarkerType [NumMarkers, PopulationSize] from one string of codes per
@@ -32,8 +28,7 @@ struct Genotypes {
       : names(static_cast<int>(rows.size())),
         markerType(static_cast<int>(rows.size()), static_cast<int>(rows[0].size())) {
     for (std::size_t m = 0; m < rows.size(); ++m) {
-      names(m + 1) = std::to_string(m + 1);
-      names(m + 1).insert(names(m + 1).begin(), 'M');
+      names(m + 1) = std::string("M").append(std::to_string(m + 1));
       for (std::size_t l = 0; l < rows[m].size(); ++l) markerType(m + 1, l + 1) = rows[m][l];
     }
     columns = MarkerColumns(markerType);
@@ -41,13 +36,6 @@ struct Genotypes {
   Array<std::string, 1> names;
   Array<char, 2> markerType, columns;
 };
-
-// The words of a text, each read as a T.
-template <class T>
-std::vector<T> Words(const std::string& text) {
-  std::istringstream words(text);
-  return std::vector<T>(std::istream_iterator<T>(words), {});
-}
 
 TEST(Markers, Bins) {
   for (const auto& c : testing_support::ReadCaseTable("markers/data/bins.txt")) {

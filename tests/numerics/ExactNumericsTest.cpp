@@ -1,9 +1,6 @@
-// The order of the 32-bit operations of the summaries, the analyses of
-// variance and the distributions at their switch-over points, pinned bit
-// for bit against reference/exact_numerics.py on data that does not add
-// exactly.  Probabilities from the incomplete beta or the complementary
-// error function, whose inner arithmetic is free, agree with scipy to 1e-5
-// relative (the incomplete beta of large parameters is about that close).
+// Summaries, analyses of variance and distributions bit for bit against
+// reference/exact_numerics.py; probabilities whose inner arithmetic is free
+// agree with scipy to 1e-5 relative.
 
 #include <gtest/gtest.h>
 

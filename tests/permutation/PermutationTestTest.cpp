@@ -1,6 +1,5 @@
-// The permutation test as a whole, its threshold, and the maxima of the
-// shuffles where a trait has one line or none or a pair test cannot be
-// formed.
+// The permutation test as a whole, its threshold, and the maxima of
+// degenerate shuffles.
 
 #include "permutation/PermutationTest.h"
 
@@ -88,11 +87,9 @@ TEST(PermutationThreshold, QuantileOfTheSortedMaxima) {
         << c.What;
 }
 
-// A trait with one kept line: the permutation draws nothing and leaves the
-// value in place; a trait without lines draws nothing either.  With one
-// line every LOD is NaN, with none every sum is empty and every LOD 0.0: a
-// marker maximum is 0.0 either way, and the pair maximum, which starts at
-// the first pair, NaN or 0.0.
+// One kept line or none: nothing is drawn; every LOD is NaN (one line) or
+// 0.0 (none), so the marker maximum is 0.0 and the pair maximum, which
+// starts at the first pair, NaN or 0.0.
 TEST(ShuffleMaxima, OneOrNoLineDrawsNothingAndGivesZero) {
   for (const int numLines : {1, 0}) {
     StartStreamForTesting(4711);

@@ -1,9 +1,6 @@
-// The fill of missing cells and the line means in their stated orders,
-// pinned bit for bit against reference/exact_line_values.py on 300 lines
-// with many decimals, gaps, empty lines and a NaN cell; and what those
-// cases and the ".sta" end-to-end projects do not reach: the edges of the
-// missing code (a NaN among them), empty data, and the W test of more than
-// 2000 line means on a random sample.
+// The fill of missing cells and the line means, bit for bit against
+// reference/exact_line_values.py, and the edges the ".sta" end-to-end
+// projects do not reach.
 
 #include <gtest/gtest.h>
 

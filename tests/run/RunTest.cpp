@@ -1,7 +1,5 @@
-// The top of the program apart from whole runs: the output files of a
-// setting no project has, and the input check as a calling program meets
-// it (the shared library loaded at run time, CheckErrorTOV looked up by its
-// C name, "TOV.log" in the caller's working directory).
+// The top of the program apart from whole runs: an output setting no
+// project has, and the input check as a calling program meets it.
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>

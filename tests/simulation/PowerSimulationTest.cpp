@@ -1,8 +1,5 @@
-// The power simulation as a whole: the same bytes on one thread and on
-// several, and power rows that behave as the statistics say they must on a
-// project of unlinked markers; and the one part of the power tables that no
-// end-to-end project reaches, a heading of more marker IDs than one line of
-// it holds.
+// The power simulation: threads, the statistics of its power rows, and a
+// heading of more marker IDs than one line holds.
 
 #include <gtest/gtest.h>
 

@@ -6,8 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace tov::testing_support {
@@ -32,6 +35,22 @@ inline std::vector<std::vector<std::string>> ReadCaseTable(const std::string& re
     }
   }
   return cases;
+}
+
+// The words of a field, each read as a T (a float by strtof, hex floats too).
+template <class T>
+std::vector<T> Words(const std::string& field) {
+  std::istringstream words(field);
+  std::vector<T> values;
+  for (std::string word; words >> word;) {
+    if constexpr (std::is_same_v<T, std::string>)
+      values.push_back(word);
+    else if constexpr (std::is_same_v<T, float>)
+      values.push_back(std::strtof(word.c_str(), nullptr));
+    else
+      values.push_back(static_cast<T>(std::stoll(word)));
+  }
+  return values;
 }
 
 }  // namespace tov::testing_support

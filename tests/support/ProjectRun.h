@@ -1,8 +1,6 @@
 #pragma once
-// Runs a project as a user would: the project's input/ copied into a fresh
-// scratch folder, the command started there with the console going to
-// console.txt and standard error to stderr.txt, and every file the folder
-// then holds read back by name.
+// Runs a project as a user would, in a scratch copy of its input/ (console
+// to console.txt, standard error to stderr.txt), and reads back every file.
 
 #include <sys/wait.h>
 

@@ -22,4 +22,6 @@ std::string RaisedMessages(Call call) {
   return text;
 }
 
+inline bool Says(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
 }  // namespace tov

@@ -1,10 +1,7 @@
 #pragma once
-// "One thread gives the same bytes as many": runs a project with the clock
-// pinned, once on one worker thread and once on several, and checks that
-// the two runs leave the same files with the same bytes, console included.
-// Only the CPU time at the end of the log and the console, which no two
-// runs share, is left out.  The project folder holds input/ and, optionally,
-// pinned_clock; without it a fixed reading is used.
+// Runs a project with the clock pinned (a fixed reading where the folder has
+// no pinned_clock) on one worker thread and on several, and checks that both
+// leave the same bytes in every file, their CPU times aside.
 
 #include <gtest/gtest.h>
 

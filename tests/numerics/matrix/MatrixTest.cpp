@@ -27,12 +27,9 @@ namespace {
 using testing_support::Bits;
 using testing_support::MatrixOf;
 
-// 37 columns (two blocks of lanes and a part; more than one block of codes
-// and not a multiple of it): 21 columns of codes less an offset, one code
-// beyond a byte, then reals around 1000 with missing values of both kinds,
-// a column without values and a constant one.  Every correlation and
-// covariance, the diagonal too, must be the very float of the pair
-// routines; with no observations every covariance is NaN.
+// 37 columns (two blocks of lanes and a part): codes less an offset, one
+// beyond a byte, reals around 1000 with missing values of both kinds, a
+// column without values and a constant one.
 TEST(Matrix, MatricesAreThoseOfThePairRoutines) {
   const auto same = [](float a, float b) { return Bits(a) == Bits(b) || (std::isnan(a) && std::isnan(b)); };
   for (const int n : {61, 0}) {

@@ -1,20 +1,23 @@
 // The process stream and what draws from it, against an independent
-// python3 model: states s = 16807 s mod (2^31 - 1) in exact integers,
-// u = float32(s * scale) with the scale 2^-31 - 2^-55, the normal method
-// in numpy.float32, and the shuffle, reservoir and positions in float32.
-// The end state after each call counts the uniforms it drew.
+// python3 model in exact integers and numpy.float32.  The end state after
+// each call counts the uniforms it drew.
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "numerics/random/Random.h"
 #include "numerics/random/ReservoirSample.h"
+#include "support/CaseTable.h"
 #include "support/RaisedMessages.h"
 
 namespace tov {
 namespace {
+
+using testing_support::ReadCaseTable;
+using testing_support::Words;
 
 TEST(Random, UniformStreamFromItsSeed) {
   const struct {
@@ -40,26 +43,13 @@ TEST(Random, UniformStreamFromItsSeed) {
 }
 
 TEST(Random, NormalDeviates) {
-  // Seed 13 reaches every region within 24 deviates (57 uniforms); seed 19
-  // has a negative candidate in the last region that starts a round again.
-  const struct {
-    std::int32_t Seed, EndState;
-    std::vector<float> Deviates;
-  } cases[] = {
-      {13, 697343730, {-0x1.48ea98p-1f, 0x1.fabb2cp+0f, -0x1.27e35cp+0f, 0x1.b198cep+0f, 0x1.62c30ap-2f,
-                       0x1.72ce62p+0f, 0x1.cd802ep-2f, -0x1.ae36ep-2f, 0x1.2e0ef8p+2f, 0x1.647858p-2f,
-                       -0x1.cc98eap-5f, -0x1.3f95f8p-4f, 0x1.e02482p-3f, -0x1.952392p-3f, 0x1.8b130cp-3f,
-                       0x1.a8c3d8p+0f, 0x1.c2012ep-6f, 0x1.1040fep-1f, 0x1.0e2eb2p+0f, -0x1.26d55ap-1f,
-                       0x1.491f28p-1f, -0x1.144c96p+1f, 0x1.6a7ae8p-1f, -0x1.1577ap+0f}},
-      {19, 33868106, {-0x1.1c0034p+0f, 0x1.0add82p-2f, -0x1.8dc05ap+0f, -0x1.3c8262p-2f, 0x1.b580a4p+0f,
-                      -0x1.11b186p-1f}},
-  };
-  for (const auto& c : cases) {
-    std::vector<float> r(c.Deviates.size());
-    StartStreamForTesting(c.Seed);
+  for (const auto& c : ReadCaseTable("numerics/random/data/normals.txt")) {
+    const std::vector<float> deviates = Words<float>(c.at(2));
+    std::vector<float> r(deviates.size());
+    StartStreamForTesting(std::stoi(c.at(0)));
     RNNOA(static_cast<int>(r.size()), r.data());
-    EXPECT_EQ(r, c.Deviates) << c.Seed;
-    EXPECT_EQ(StreamStateForTesting(), c.EndState);
+    EXPECT_EQ(r, deviates) << c[0];
+    EXPECT_EQ(StreamStateForTesting(), std::stoi(c.at(1)));
   }
   std::vector<float> many(1000000);
   StartStreamForTesting(123457);
@@ -68,25 +58,16 @@ TEST(Random, NormalDeviates) {
 }
 
 TEST(Random, PermutationsAndSamples) {
-  // Seed 671875339 gives 2u + 1 = 3 - 2^-23, which rounds to 3.0: j is not
-  // clamped to i; seed 739806647 draws j = K + 1, past the array, which is
-  // not written.
-  const struct {
-    std::int32_t Seed, EndState;
-    std::vector<int> Permutation;
-  } cases[] = {{1, 984943658, {2, 4, 3, 5, 1}},
-               {123457, 1924951450, {5, 9, 2, 8, 1, 6, 4, 7, 3, 10}},
-               {671875339, -1, {1, 2, 3}},
-               {739806647, -1, {1, 2, 3, 4}},
-               {4242, 4242, {1}}};
-  for (const auto& c : cases) {
-    std::vector<int> iper(c.Permutation.size() + 1, -77);
-    StartStreamForTesting(c.Seed);
-    RNPER(static_cast<int>(c.Permutation.size()), iper.data());
+  for (const auto& c : ReadCaseTable("numerics/random/data/permutations.txt")) {
+    const std::vector<int> permutation = Words<int>(c.at(2));
+    const int endState = std::stoi(c.at(1));
+    std::vector<int> iper(permutation.size() + 1, -77);
+    StartStreamForTesting(std::stoi(c.at(0)));
+    RNPER(static_cast<int>(permutation.size()), iper.data());
     EXPECT_EQ(iper.back(), -77);
     iper.pop_back();
-    EXPECT_EQ(iper, c.Permutation) << c.Seed;
-    EXPECT_TRUE(c.EndState < 0 || StreamStateForTesting() == c.EndState) << c.Seed;
+    EXPECT_EQ(iper, permutation) << c[0];
+    EXPECT_TRUE(endState < 0 || StreamStateForTesting() == endState) << c[0];
   }
   const float x[] = {10.0f, 20.0f, 30.0f, 40.0f, 50.0f};
   const int p[] = {3, 1, 5, 2, 4};
@@ -96,21 +77,17 @@ TEST(Random, PermutationsAndSamples) {
   PERMU(5, x, p, 2, y);
   EXPECT_EQ(std::vector<float>(y, y + 5), (std::vector<float>{20, 40, 10, 50, 30}));
 
-  const struct {
-    std::int32_t Seed, NumRows, EndState;
-    std::vector<int> Index;
-  } samples[] = {{12345, 20, 2112876142, {11, 2, 3, 17, 18}},
-                 {987654321, 100, 720809316, {1, 36, 72, 94, 49, 27, 29, 16, 24, 47}},
-                 {12345, 5, 12345, {1, 2, 3, 4, 5}}};
-  for (const auto& s : samples) {
-    std::vector<float> population, sample(s.Index.size());
-    for (int i = 1; i <= s.NumRows; ++i) population.push_back(100.0f + static_cast<float>(i) / 4.0f);
-    std::vector<int> index(s.Index.size());
-    StartStreamForTesting(s.Seed);
-    RNSRS(s.NumRows, population.data(), static_cast<int>(index.size()), sample.data(), index.data());
-    EXPECT_EQ(index, s.Index);
+  for (const auto& s : ReadCaseTable("numerics/random/data/samples.txt")) {
+    const int numRows = std::stoi(s.at(1));
+    const std::vector<int> expected = Words<int>(s.at(3));
+    std::vector<float> population, sample(expected.size());
+    for (int i = 1; i <= numRows; ++i) population.push_back(100.0f + static_cast<float>(i) / 4.0f);
+    std::vector<int> index(expected.size());
+    StartStreamForTesting(std::stoi(s.at(0)));
+    RNSRS(numRows, population.data(), static_cast<int>(index.size()), sample.data(), index.data());
+    EXPECT_EQ(index, expected) << s[0];
     for (std::size_t k = 0; k < index.size(); ++k) EXPECT_EQ(sample[k], population[index[k] - 1]);
-    EXPECT_EQ(StreamStateForTesting(), s.EndState);
+    EXPECT_EQ(StreamStateForTesting(), std::stoi(s.at(2)));
   }
 }
 

@@ -1,6 +1,5 @@
-// The degenerate cases of the summaries and analyses of variance, and the W
-// test against an independent translation; the order of the sums of the
-// regular cases is pinned in tests/numerics/ExactNumericsTest.
+// Degenerate summaries and analyses of variance, and the W test against an
+// independent translation.
 
 #include <gtest/gtest.h>
 
@@ -11,12 +10,11 @@
 #include "numerics/statistics/Anova.h"
 #include "numerics/statistics/ShapiroWilk.h"
 #include "numerics/statistics/UnivariateStatistics.h"
+#include "support/CaseTable.h"
 #include "support/RaisedMessages.h"
 
 namespace tov {
 namespace {
-
-bool Says(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 TEST(Statistics, AnalysesOfVarianceWithoutSpread) {
   AovTable aov;
@@ -71,8 +69,6 @@ TEST(Statistics, UVSTAOfTinyValues) {
   }
 }
 
-// x(i) = the sum of (i * k) mod m over the multipliers, squared if asked,
-// over div: exact floats, those given to the reference.
 std::vector<float> Residues(int n, std::vector<int> multipliers, int m, bool square, float div) {
   std::vector<float> x;
   for (long long i = 1; i <= n; ++i) {
@@ -83,36 +79,20 @@ std::vector<float> Residues(int n, std::vector<int> multipliers, int m, bool squ
   return x;
 }
 
-// W and P from Cdhc_royston of libgrass_cdhc (GRASS GIS 8.2.1), an
-// independent double-precision translation of AS 181 with AS 177 scores,
-// on the same floats: the tables of n up to 6 on both sides of y = 1.4,
-// the short polynomials to n = 20 and the long ones beyond.
+// Samples given or formed by Residues (data/shapiro_wilk.txt tells how).
 TEST(Statistics, ShapiroWilkMatchesAnIndependentTranslation) {
-  const struct {
-    std::vector<float> X;
-    double W, P;
-  } samples[] = {
-      {{4.0f, 1.0f, 2.0f}, 0.9642857110495104, 0.636886831627809},
-      {{1.0f, 2.0f, 2.5f, 6.0f}, 0.8725384007048457, 0.30367577163783965},
-      {{0.0f, 0.25f, 0.75f, 1.0f}, 0.9506122239999999, 0.6899462584068091},
-      {{0.5f, 1.0f, 1.25f, 2.0f, 7.0f}, 0.7379277681737588, 0.024851048614593148},
-      {{0.0f, 0.25f, 0.5f, 0.75f, 1.75f}, 0.9031269208904108, 0.4239265929588414},
-      {{0.0f, 0.25f, 0.5f, 0.75f, 1.0f, 2.25f}, 0.8876218198032788, 0.3024118152375131},
-      {{-1.25f, -0.5f, -0.25f, 0.25f, 0.75f, 1.25f}, 0.9893688586118253, 0.9847422426730489},
-      {Residues(7, {7919}, 1000, true, 64.0f), 0.9651643628337948, 0.8678070070956074},
-      {Residues(20, {37}, 101, false, 8.0f), 0.9580552854247293, 0.5126007054790915},
-      {Residues(21, {7919}, 1000, true, 64.0f), 0.931583466398746, 0.14459798187698647},
-      {Residues(50, {37, 53, 71, 97}, 101, false, 8.0f), 0.9729295377604112, 0.47024086925614317},
-      {Residues(200, {101, 211, 307, 401}, 509, false, 8.0f), 0.9601235610679516, 0.00027990837642045643},
-      {Residues(2000, {101, 211, 307, 401}, 509, false, 8.0f), 0.9841106801356346, 0.0007814715082805868},
-  };
-  for (const auto& s : samples) {
+  for (const auto& s : testing_support::ReadCaseTable("numerics/statistics/data/shapiro_wilk.txt")) {
+    using testing_support::Words;
+    const std::vector<float> x =
+        s.size() == 3 ? Words<float>(s[0])
+                      : Residues(std::stoi(s[0]), Words<int>(s[1]), std::stoi(s[2]), s[3] == "squared", std::stof(s[4]));
+    const double W = std::stod(s[s.size() - 2]), P = std::stod(s.back());
     float w = -1.0f, p = -1.0f;
     int missing = -1;
-    ASSERT_TRUE(SPWLK(static_cast<int>(s.X.size()), s.X.data(), w, p, missing)) << s.X.size();
+    ASSERT_TRUE(SPWLK(static_cast<int>(x.size()), x.data(), w, p, missing)) << x.size();
     EXPECT_EQ(missing, 0);
-    EXPECT_NEAR(w, s.W, 2.0e-6) << s.X.size();
-    EXPECT_NEAR(p, s.P, 1.0e-6 + 2.0e-4 * s.P) << s.X.size();
+    EXPECT_NEAR(w, W, 2.0e-6) << x.size();
+    EXPECT_NEAR(p, P, 1.0e-6 + 2.0e-4 * P) << x.size();
   }
 }
 

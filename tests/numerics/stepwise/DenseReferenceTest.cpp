@@ -1,11 +1,8 @@
-// The engine that forms the swept matrix on demand against the engine that
-// sweeps the whole triangle at every step: on random selections with
-// entries, removals, refused pivots, levels, forced variables, retries and
-// constant responses, every output must carry the same bits.
+// The engine that forms the swept matrix on demand against the one that
+// sweeps the whole triangle at every step, bit for bit.
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cstdint>
 #include <random>
 #include <vector>
@@ -15,15 +12,15 @@
 #include "numerics/stepwise/Rstep.h"
 #include "numerics/stepwise/Stepwise.h"
 #include "numerics/stepwise/reference/DenseStepwise.h"
+#include "support/BitCases.h"
 
 namespace tov {
 namespace {
 
-std::uint32_t Bits(float x) { return std::bit_cast<std::uint32_t>(x); }
+using testing_support::Bits;
 
-// Columns of data with the troubles a selection meets: copies, near
-// copies, constant columns and sums of others; the last column is built
-// from a few of the others.
+// Columns with copies, near copies, constants and sums of others; the last
+// one is built from a few of the others.
 Array<float, 2> RandomData(std::mt19937& rng, int nobs, int nvar) {
   std::normal_distribution<float> normal;
   std::uniform_int_distribution<int> pick(1, nvar - 1);
@@ -105,9 +102,8 @@ TEST(DenseReference, RstepKeepsEveryBitOfTheWholeSweep) {
   EXPECT_GT(levelled, 100);
 }
 
-// Genotype codes in linked runs, with missing codes (0), copies and a
-// monomorphic marker; a response of a few effects and noise that sometimes
-// fits so well that the selection is retried, or a constant one.
+// Linked codes with missing ones (0), copies and a monomorphic marker; a
+// response that sometimes fits so well that the selection is retried.
 TEST(DenseReference, StepwiseSelectionKeepsEveryBitOfTheModel) {
   std::mt19937 rng(7u);
   int retried = 0, terms = 0, constant = 0;

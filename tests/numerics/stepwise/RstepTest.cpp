@@ -1,7 +1,5 @@
 // RSTEP on hand-made matrices, for what the random comparisons with the
-// dense engine (DenseReferenceTest) do not reach: C1T, p-values exactly at
-// PIN or POUT, pivots refused by one tolerance test and not the other, the
-// messages, the step bound and the argument checks.
+// dense engine (DenseReferenceTest) do not reach.
 #include "numerics/stepwise/Rstep.h"
 
 #include <gtest/gtest.h>
@@ -35,8 +33,6 @@ struct StepRun {
   }
 };
 
-bool Says(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
 // Estimate, standard error, df; t and its two-sided p (scipy 1.10:
 // 2 * t.sf(|t|, df)); a p of -1 stands for NaN.  A zero error gives NaN or
 // an infinite t, and no degrees of freedom a NaN p, without asking TDF.
@@ -60,8 +56,7 @@ TEST(RstepTest, TwoSidedPValueOfT) {
 }
 
 // A candidate whose p equals PIN stays out, a variable whose p equals POUT
-// stays in; one ulp on the other side moves them.  Each p is the engine's
-// own, read after a bounded number of steps.
+// stays in; one ulp on the other side moves them.
 TEST(RstepTest, PInAndPOutAreStrictBounds) {
   // Correlations 0.3 and 0.2 with y over 30 observations: p near 0.1.
   const Array<float, 2> weak = MatrixOf({{1.0f, 0.1f, 0.3f}, {0.1f, 1.0f, 0.2f}, {0.3f, 0.2f, 1.0f}});
@@ -91,12 +86,10 @@ TEST(RstepTest, PInAndPOutAreStrictBounds) {
   EXPECT_TRUE(leaves.hist(1) == -4.0f && leaves.aov(1) == 2.0f);
 }
 
-// Levels make x1, x2, x3 enter in turn; u, v, w, e are independent with
-// unit variance and y = u + v + w + e (2u + v + w + e in the second case).
-// Entering x3 = u + v + 0.1 w after x1 = u and x2 = v leaves x1 and x2 well
-// determined, so only the test of the pivot itself (ratio 0.01 / 2.01)
-// refuses it; entering x3 = v + 0.1 w after x1 = u + v and x2 = u passes
-// that test (0.01 / 1.01) but leaves x1 with 0.01 / 2 of its variance,
+// Levels make x1, x2, x3 enter in turn (u, v, w independent, unit
+// variance).  x3 = u + v + 0.1 w after x1 = u, x2 = v fails only the test
+// of the pivot itself (0.01 / 2.01); x3 = v + 0.1 w after x1 = u + v,
+// x2 = u passes it (0.01 / 1.01) but leaves x1 0.01 / 2 of its variance,
 // which the test of the swept variables refuses.  A refused pivot leaves
 // its diagonal 0.0.
 TEST(RstepTest, PivotsRefusedByEitherTolerance) {
@@ -125,11 +118,9 @@ TEST(RstepTest, PivotsRefusedByEitherTolerance) {
 }
 
 TEST(RstepTest, CyclingIsStoppedPastTwiceTheNumberOfCandidates) {
-  // A matrix picked by a search over random ones: in 32 bits the p of
-  // variable 2 as a candidate (before it enters and again after it leaves)
-  // lies a few units in the last place below its p in the model.  With
-  // PIN = POUT between the two it enters and leaves by turns until the step
-  // bound, 2 * 2, is past.
+  // Found by a search: in 32 bits the p of variable 2 as a candidate lies a
+  // few ulps below its p in the model, so with PIN = POUT between the two it
+  // enters and leaves by turns until the step bound, 2 * 2, is past.
   const Array<float, 2> cov = MatrixOf({{1.0f, -0.210430428f, 0.765762806f},
                                         {-0.210430428f, 1.0f, -0.0276003331f},
                                         {0.765762806f, -0.0276003331f, 1.0f}});

@@ -1,9 +1,5 @@
-// The importer end to end: a generated cross imported and run gives the
-// tables of the same data written by hand as a project; a real cross of
-// recombinant inbred lines imports, lints clean and gives the LODs of the
-// marker regression of the R package for QTL mapping; what cannot be
-// converted is refused with one message and nothing written; and the names
-// it writes.
+// The importer end to end against hand-written projects, the LODs of the R
+// package for QTL mapping, its refusals and the names it writes.
 
 #include <gtest/gtest.h>
 

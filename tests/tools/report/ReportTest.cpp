@@ -1,7 +1,5 @@
-// The report as a reader meets it: the tab-separated tables of hand-made
-// runs against expected copies (values that fill their field, asterisks,
-// names with blanks, the blocks of .stp, a simulation's power table), a
-// plot for every table that calls for one, and the LODs drawn.
+// The report as a reader meets it: its tables against expected copies, its
+// plots and the LODs drawn.
 
 #include <gtest/gtest.h>
 
@@ -83,10 +81,8 @@ void ExpectLodsOfTheTableDrawn(const fs::path& run) {
   EXPECT_EQ(lods.size(), profiles);
 }
 
-// Every (trait, environment) of the marker tables gets a profile, every
-// one of the pair table a heat map, every permutation table with shuffles
-// a histogram, every power table a chart; the page links nothing and runs
-// no script.
+// A plot for every table that calls for one; the page links nothing and
+// runs no script.
 TEST(Report, TablesReadBackAndAPlotForEachTable) {
   for (const fs::path& source : {Cases / "mapping_tables", Cases / "simulation_tables", Examples / "mapping",
                                  Examples / "simulation"}) {

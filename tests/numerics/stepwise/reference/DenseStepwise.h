@@ -1,8 +1,6 @@
 #pragma once
-// The stepwise engine as it was before the swept matrix was formed on
-// demand: every step sweeps the whole upper triangle.  Kept as the
-// reference that the engine of the library must match bit for bit; it
-// takes valid arguments only.
+// The stepwise engine that sweeps the whole upper triangle at every step:
+// the reference of the library's engine, for valid arguments only.
 
 #include <cstdint>
 
