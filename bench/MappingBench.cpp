@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "BenchData.h"
 #include "mapping/AdditiveScan.h"
 #include "mapping/SingleMarkerScan.h"
 
@@ -22,16 +23,8 @@ struct Population {
   Array<char, 2> genotype{kMarkers, kLines};
   Array<float, 1> y{kLines};
   Population() {
-    std::uint32_t state = 2024u;
-    auto next = [&state] {
-      state = state * 1664525u + 1013904223u;
-      return state >> 8;
-    };
-    for (int l = 1; l <= kLines; ++l)
-      for (int m = 1; m <= kMarkers; ++m) {
-        const std::uint32_t r = next() % 20u;
-        genotype(m, l) = r == 0u ? 'X' : (r % 2u == 0u ? 'A' : 'B');
-      }
+    BenchStream next(2024u);
+    FillRandomCodes(next, genotype);
     for (int l = 1; l <= kLines; ++l) {
       float value = static_cast<float>(next() % 2001u) / 1000.0f - 1.0f;
       for (int m : kModelMarkers) value = value + (genotype(m, l) == 'A' ? 0.8f : 0.0f);

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchData.h"
 #include "core/Parallel.h"
 #include "mapping/EpistaticScan.h"
 #include "mapping/PairKernel.h"
@@ -24,16 +25,8 @@ struct Population {
   Array<char, 2> genotype{kMarkers, kLines};
   std::vector<float> y = std::vector<float>(kLines);
   Population() {
-    std::uint32_t state = 2025u;
-    auto next = [&state] {
-      state = state * 1664525u + 1013904223u;
-      return state >> 8;
-    };
-    for (int l = 1; l <= kLines; ++l)
-      for (int m = 1; m <= kMarkers; ++m) {
-        const std::uint32_t r = next() % 20u;
-        genotype(m, l) = r == 0u ? 'X' : (r % 2u == 0u ? 'A' : 'B');
-      }
+    BenchStream next(2025u);
+    FillRandomCodes(next, genotype);
     for (int l = 1; l <= kLines; ++l)
       y[static_cast<std::size_t>(l - 1)] = static_cast<float>(next() % 2001u) / 1000.0f + (genotype(7, l) == 'A');
   }

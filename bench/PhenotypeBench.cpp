@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "BenchData.h"
 #include "phenotype/PhenotypeAnalysis.h"
 #include "phenotype/TraitStatistics.h"
 #include "core/RunData.h"
@@ -20,11 +21,11 @@ void FillLargeProject(RunData& run) {
   run.TraitName.Fill("Trait");
   run.PhenotypicVariance.Allocate(run.NumTraits, run.NumEnvs + 1);
   // A fixed pseudo-random filling, independent of the run's own stream.
-  std::uint32_t state = 12345u;
+  BenchStream next(12345u);
   std::size_t cell = 0;
   for (float& value : run.Phenotype) {
-    state = state * 1664525u + 1013904223u;
-    value = (++cell % 50 == 0) ? MissingValue : 10.0f + static_cast<float>(state >> 8) / 16777216.0f;
+    const std::uint32_t draw = next();
+    value = (++cell % 50 == 0) ? MissingValue : 10.0f + static_cast<float>(draw) / 16777216.0f;
   }
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "BenchData.h"
 #include "numerics/matrix/CovarianceMatrix.h"
 #include "numerics/stepwise/Stepwise.h"
 
@@ -25,11 +26,7 @@ struct Population {
   std::vector<float> y;
   explicit Population(int numMarkers)
       : markers(numMarkers), code(static_cast<std::size_t>(numMarkers) * kLines), y(kLines) {
-    std::uint32_t state = 12345u;
-    auto next = [&state] {
-      state = state * 1664525u + 1013904223u;
-      return state >> 8;
-    };
+    BenchStream next(12345u);
     std::vector<std::int32_t> current(kLines);
     for (int m = 0; m < markers; ++m)
       for (int l = 0; l < kLines; ++l) {
